@@ -1,0 +1,44 @@
+#pragma once
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+
+// Paths and whole files. Paths are UTF-8 text; "\" and "/" both separate when a path is taken apart, and the
+// platform's own is written. Nothing here throws.
+namespace qm {
+
+// A path as the system's file calls take it, with "\" turned into "/". Bytes that are not UTF-8 pass unchanged.
+std::filesystem::path NativePath(std::string_view path);
+
+std::int64_t FileLength(std::string_view path);  // bytes; -1 when there is no such file
+bool FileExists(std::string_view path);          // a file, not a folder
+bool FolderExists(std::string_view path);
+bool MakeFolder(std::string_view path);          // with its parents; true when it is there afterwards
+bool DeleteFile(std::string_view path);          // true when it is not there afterwards
+
+// Parts of "dir/name.ext": folder without a final separator ("" when there is none), "name.ext", "name", and
+// "ext" as it is written, without the point. A name's leading point starts no extension.
+std::string FolderOf(std::string_view path);
+std::string FileNameOf(std::string_view path);
+std::string BaseNameOf(std::string_view path);
+std::string ExtensionOf(std::string_view path);
+// Both parts with one separator between them.
+std::string JoinPath(std::string_view folder, std::string_view name);
+
+// On another computer: begins with two separators, or lies on a mounted network file system.
+bool IsNetworkPath(std::string_view path);
+
+// A path of a file that does not exist yet, in the system's temporary folder, unique to this call.
+std::string TemporaryFileName(std::string_view extension);
+std::string TemporaryFolder();
+
+// The whole file, or nothing read and false.
+bool ReadWholeFile(std::string_view path, std::string& contents);
+
+// Replaces a file's contents as one step: writes beside it, flushes to disk, renames. False leaves what was there.
+// The new file keeps the old one's permissions.
+bool WriteFileAtomically(std::string_view path, std::string_view contents);
+
+}  // namespace qm
