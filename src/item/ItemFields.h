@@ -1,0 +1,81 @@
+#pragma once
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+// The table of an item's fields as data, for what treats fields alike: comparison, text forms, access by
+// name.
+namespace qm {
+
+class cHDItem;
+
+enum enItemField : std::int32_t {
+#define QM_FIELD(Name, ...) eif##Name,
+#define QM_FIELDS(Name, ...) eif##Name,
+#include "item/cHDItemFields.def"
+};
+
+enum enItemFieldKind : std::int32_t {
+  ifkText,
+  ifkWhole16,
+  ifkWhole32,
+  ifkSingle,
+  ifkFlag,
+  ifkDate,
+  ifkTime,
+  ifkColour,
+  ifkInformation,
+  ifkEnding,
+};
+
+enum enItemFieldComparison : std::int32_t { ifcSame, ifcApart };
+
+// When the text form holds a field; see the table.
+enum enItemFieldWritten : std::int32_t {
+  ifwAlways,
+  ifwFilled,
+  ifwAboveZero,
+  ifwNotDefault,
+  ifwWithHook,
+  ifwNever,
+};
+
+// One row. A field holds either text or a number; every number of an item fits a double unchanged.
+struct ItemField {
+  enItemField id;
+  const char* name;
+  enItemFieldKind kind;
+  std::int32_t count;    // 1, or 3 for an indexed field
+  double defaultNumber;  // of text: "" always
+  enItemFieldComparison comparison;
+  std::int32_t group;  // information group of the text form; 0 for any
+  const char* key;     // in the text form
+  enItemFieldWritten written;
+
+  // Through the item's own properties, with their effects. The index is not looked at when count is 1; of
+  // each pair the one that does not fit the kind is absent.
+  const std::string& (*text)(const cHDItem& item, std::int32_t index);
+  void (*setText)(cHDItem& item, std::int32_t index, std::string value);
+  double (*number)(const cHDItem& item, std::int32_t index);
+  void (*setNumber)(cHDItem& item, std::int32_t index,
+                    double value);  // rounded and clamped to the field's type
+
+  bool IsText() const { return kind == ifkText; }
+};
+
+// In the order of the item's interface; a field's place is its id.
+std::span<const ItemField> ItemFields();
+
+// By its name, ignoring case; null for no field.
+const ItemField* FindItemField(std::string_view name);
+
+bool IsDefault(const cHDItem& item, const ItemField& field, std::int32_t index);
+
+// The value as plain text: numbers in the shortest form of their type, flags "1" and "0".
+std::string FieldText(const cHDItem& item, const ItemField& field, std::int32_t index);
+
+// Every field that takes part in comparison is equal.
+bool SameFields(const cHDItem& first, const cHDItem& second);
+
+}  // namespace qm
