@@ -49,17 +49,17 @@ enum enChangeHDItemParam : std::int32_t {
 // sValue1 and sValue2 of an event are single-precision; what they hold is said behind each where it is not 0.
 // In a query a listener refuses the step by writing a non-zero Cancel.
 enum enPlayerEvent : std::int32_t {
-  peError = 255,               // error number; strValue1: error text
+  peError = 255,  // error number; strValue1: error text
   peLocked = 1,
   peUnLocked = 2,
-  peQueryPlay = 4,             // 0, Cancel
-  pePlaying = 5,               // position before starting, -1 if that was exactly 0
-  peQuerySeek = 6,             // target seconds, Cancel
-  peQueryPause = 8,            // 0, Cancel
+  peQueryPlay = 4,   // 0, Cancel
+  pePlaying = 5,     // position before starting, -1 if that was exactly 0
+  peQuerySeek = 6,   // target seconds, Cancel
+  peQueryPause = 8,  // 0, Cancel
   pePaused = 9,
-  peQueryCue = 10,             // 0, Cancel
+  peQueryCue = 10,  // 0, Cancel
   peCued = 11,
-  peQueryOpen = 13,            // 0, Cancel
+  peQueryOpen = 13,  // 0, Cancel
   peOpened = 14,
   peOpening = 15,
   peQueryClose = 17,           // CloseReference by reference, Cancel
@@ -74,16 +74,16 @@ enum enPlayerEvent : std::int32_t {
   peLoopCompleted = 52,
   peExtroReached = 61,
   peAudioEndReached = 91,
-  peAudioLevelChanged = 101,   // left level, right level
-  peVolumeChanged = 102,       // volume
+  peAudioLevelChanged = 101,        // left level, right level
+  peVolumeChanged = 102,            // volume
   peVolumeChangeStartNotify = 106,  // reference
   peVolumeChangeNotify = 107,       // reference
   peVolumeChangeEndNotify = 108,    // reference
   peFadingOut = 109,
-  pePositionChanged = 111,     // seconds played, seconds remaining
-  pePlaySpeedChanged = 116,    // new speed
+  pePositionChanged = 111,           // seconds played, seconds remaining
+  pePlaySpeedChanged = 116,          // new speed
   peTimeStretchRationChanged = 117,  // new ratio
-  peLinked = 121,              // 1 if the linked player plays first, else 2
+  peLinked = 121,                    // 1 if the linked player plays first, else 2
   peLinkCleared = 122,
   peLinkQueryPlay = 123,       // linked player's reference, Cancel
   peLinkPlayed = 124,          // linked player's reference

@@ -50,8 +50,9 @@ class SoundSystem : public SoundDeviceList {
  public:
   virtual std::unique_ptr<ctlVellanPlayer> CreatePlayer() = 0;
 
-  // Delivers every notification that is due and lets sound go on behind each. True when any was delivered or, on
-  // an offline device, when time has moved. Called from within a notification it does nothing and returns false.
+  // Delivers every notification that is due and lets sound go on behind each. True when any was delivered or,
+  // on an offline device, when time has moved. Called from within a notification it does nothing and returns
+  // false.
   virtual bool Pump() = 0;
 
   // Becomes readable when Pump has something to deliver; -1 when it never does (offline devices alone).

@@ -9,9 +9,9 @@ namespace qm {
 
 // A position in the file at which the control raises Mark. One mark for each EventId.
 struct tyPositionMark {
-  float Position = 0;         // seconds from the start of the file
-  std::int32_t EventId = 0;   // given back by the notification
-  std::int32_t Tag = 0;       // likewise
+  float Position = 0;        // seconds from the start of the file
+  std::int32_t EventId = 0;  // given back by the notification
+  std::int32_t Tag = 0;      // likewise
 };
 
 // A ramp of the volume over item time.
@@ -30,8 +30,8 @@ struct tyVolumeChange {
 //
 // Positions are seconds from the start of the file, single precision, whatever AudioStart is. Operations take
 // effect at the frame of the notification during whose delivery they are called, else where rendering stands.
-// Opened, Cued, Playing, Paused and Closed, and the answers to a set volume, speed or stretch, are raised within
-// the call; all others from the sound system's Pump().
+// Opened, Cued, Playing, Paused and Closed, and the answers to a set volume, speed or stretch, are raised
+// within the call; all others from the sound system's Pump().
 class ctlVellanPlayer {
  public:
   virtual ~ctlVellanPlayer() = default;
@@ -45,19 +45,20 @@ class ctlVellanPlayer {
     Event<> Playing;
     Event<> LoopRestart;
     Event<> LoopCompleted;
-    Event<std::int16_t, std::int16_t> Level;         // left, right: signed 16-bit peaks since the last
-    Event<std::int32_t, const std::string&> Error;   // number, text
+    Event<std::int16_t, std::int16_t> Level;        // left, right: signed 16-bit peaks since the last
+    Event<std::int32_t, const std::string&> Error;  // number, text
     Event<float> PlaySpeed;
     Event<float> TimeStretch;
-    Event<float> Volume;                             // per cent
-    Event<std::int16_t> VolumeStart;                 // reference of the volume change
+    Event<float> Volume;              // per cent
+    Event<std::int16_t> VolumeStart;  // reference of the volume change
     Event<std::int16_t> VolumeNotify;
     Event<std::int16_t> VolumeEnd;
-    Event<> Position;                                // precedes every Mark at the same frame
-    Event<std::int32_t, std::int32_t> Mark;          // EventId, Tag
+    Event<> Position;                        // precedes every Mark at the same frame
+    Event<std::int32_t, std::int32_t> Mark;  // EventId, Tag
   } events;
 
-  // Prepares a file for playing; anything open before is closed. 0 on success, else a number and an Error event.
+  // Prepares a file for playing; anything open before is closed. 0 on success, else a number and an Error
+  // event.
   virtual std::int32_t Open(const std::string& FileName) = 0;
   // Stops and returns to AudioStart.
   virtual bool Cue() = 0;
@@ -100,11 +101,11 @@ class ctlVellanPlayer {
 
   virtual float Volume() const = 0;
   virtual void SetVolume(float Percent) = 0;
-  virtual float PlaySpeed() const = 0;         // 1 is the recorded speed; changes pitch and tempo
+  virtual float PlaySpeed() const = 0;  // 1 is the recorded speed; changes pitch and tempo
   virtual void SetPlaySpeed(float Speed) = 0;
   virtual float TimeStretchRatio() const = 0;  // the audio lasts this many times as long, at the same pitch
   virtual void SetTimeStretchRatio(float Ratio) = 0;
-  virtual bool ReportErrors() const = 0;       // whether Error events are raised
+  virtual bool ReportErrors() const = 0;  // whether Error events are raised
   virtual void SetReportErrors(bool Report) = 0;
   virtual std::string EngineName() const = 0;
 
