@@ -15,7 +15,7 @@ class cHDItem;
 class ctlVellanPlayer;
 class frmPlayer;
 class IPlayerCallback;
-class PlayerOperation;
+class PlayerKeeper;
 enum TransportStep : std::int32_t;
 
 // Plays one item at a time through one playback control: asks its owner before each transport step and
@@ -162,62 +162,68 @@ class cBasePlayer : public std::enable_shared_from_this<cBasePlayer> {
   void ClearPlayerLink();
 
  private:
-  friend class PlayerOperation;
+  friend class PlayerKeeper;
 
   // Counts the items that came and went, so that an operation can tell whether its own is still there.
   using ItemVisit = std::uint32_t;
-  enum class Hook { Cue, Play };
   enum class Answer { Go, Refused };
 
-  // Reporting (cBasePlayerEvents.cpp).
-  void Report(std::int32_t event, float sValue1 = 0, float sValue2 = 0);
+  // Reporting. Each hearer gets texts of its own; a query's Cancel is shared.
+  void TellListeners(std::int32_t event, std::string hdReference, float& sValue1, float& sValue2,
+                     std::string strValue1 = {});
+  void TellOwner(std::int32_t event, std::string hdReference, float& sValue1, float& sValue2,
+                 std::string strValue1 = {});
+  void Report(std::int32_t event, float sValue1 = 0, float sValue2 = 0, const std::string& strValue1 = {});
   void ReportWith(std::int32_t event, const std::string& hdReference, float sValue1, float sValue2,
                   const std::string& strValue1 = {});
-  Answer Query(std::int32_t event, const std::string& hdReference, float sValue1);
-  Answer QueryShared(std::int32_t event, const std::string& hdReference, float& sValue1);
-  void Emit(std::int32_t event, const std::string& hdReference, float& sValue1, float& sValue2,
-            const std::string& strValue1);
+  Answer Query(std::int32_t event, const std::string& hdReference, float& sValue1);
+
+  // What the control says.
   void HandlePlayerEvent(std::int32_t event, float sValue1, float sValue2, const std::string& strValue1);
+  void HandleFadeNotify(float reference);
   void HandlePosition(float position);
   void RecomputeSection(float position);
 
-  // Transport.
-  bool Ready() const { return m_control && m_status != psLocked; }
+  // The only ways to change the status.
   bool Move(TransportStep step);
+  void TakeBack(TransportStep step, enPlayerStatus before);
+
+  bool Ready() const { return m_control && m_status != psLocked; }
   void SetItem(std::shared_ptr<cHDItem> item);
   std::shared_ptr<cHDItem> CurrentItem() const { return m_itemLost ? nullptr : m_item; }
   bool IsCurrent(const cHDItem& item) const;
   bool Stays(ItemVisit visit) const { return Ready() && m_visit == visit && !m_itemLost; }
   bool ResolveItem(std::shared_ptr<cHDItem>& item) const;
   std::int16_t ResolveVolume(std::int16_t volume) const { return volume == -1 ? m_initialVolume : volume; }
-  bool AskFor(std::int32_t query, const cHDItem& item, float sValue1);
+  bool AskFor(std::int32_t query, const cHDItem& item, float sValue1 = 0);
+
   bool MayOpen(const std::shared_ptr<cHDItem>& item) const;
   bool CloseForOpening();
   bool StartOpening(const std::shared_ptr<cHDItem>& item);
-  bool OpenFile();
-  void AddMarks();
-  bool MoveToCue(float& position);
-  void UseItemLoop();
-  bool ReleaseLoop();
-  bool StartControl();
-  bool MoveToPercent(double percent);
-  bool StartHook(Hook hook, std::shared_ptr<cHDItem> item, std::int16_t volume);
-  bool EnterHookMode();
-  bool FinishClose(float closeReference);
+  bool OpenFile(const cHDItem& item);
+  bool ReleaseItem(float closeReference);
   void ClearForClose();
-  void DropItemAndControl();
+  bool CueAtStart();
+  bool CueAtHook();
+  void UseItemLoop();
+  void ReleaseLoop();
+  bool StartControl();
+  bool PlayFirst(cBasePlayer& other);
+  bool MoveToPercent(double percent);
+  bool GoToHook(const std::shared_ptr<cHDItem>& item, std::int16_t volume);
 
-  // Volume and links.
   std::shared_ptr<cAudioSettings> OwnerSettings() const;
   void ResetSweeperVolumes();
   void PlayLinkedPlayer();
   bool LinksElsewhere(const cBasePlayer& other) const;
-  bool LinkSweeper(cBasePlayer& sweeper, bool ducking, float generalVolume, float duckVolume);
+  void AddDuck(const cAudioSettings& settings, bool mainFirst, float introEnd);
 
-  // Parameters.
   bool ChangeParameter(std::int32_t param, float setting, std::uint32_t underway);
   bool ChangeMark(std::int32_t param, float setting, std::uint32_t underway);
-  void ChangeLoop(std::int32_t param, float setting, std::uint32_t underway);
+  void ChangeLoopStart(float setting, std::uint32_t underway);
+  void ChangeLoopEnd(float setting, std::uint32_t underway);
+  void ChangeNumberLoops(float setting);
+  void ClearLoop();
 
   std::shared_ptr<const Platform> m_platform;
   std::int16_t m_reference = 0;
@@ -251,6 +257,7 @@ class cBasePlayer : public std::enable_shared_from_this<cBasePlayer> {
   bool m_seekInProgress = false;
   bool m_linked = false;
   bool m_linkPlayerFirst = false;
+  bool m_playingFirst = false;
   std::weak_ptr<cBasePlayer> m_link;  // players linked to each other must not keep each other alive
   bool m_sweeper = false;
   std::int16_t m_initialVolume = 100;
