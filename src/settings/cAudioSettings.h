@@ -110,7 +110,6 @@ class cAudioSettings {
 
   bool HasPlayer(std::int32_t index) const;
   const Player& PlayerAt(std::int32_t index) const;
-  void LoadDevices(const SoundDeviceList& devices, const std::string& path);
 
 #define QM_SETTING(Name, Kind, Default, ...) audio_setting::Kind m_##Name = Default;
 #define QM_SETTING_APART QM_SETTING
