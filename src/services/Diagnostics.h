@@ -1,4 +1,5 @@
 #pragma once
+#include <concepts>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -18,13 +19,22 @@ enum enDebugNesting : std::int32_t { ednPlain = 0, ednOpens = 1, ednCloses = 2, 
 namespace diagnostics_detail {
 extern std::int32_t debugMode;
 void Write(std::string_view text, std::int32_t level, std::int32_t nesting);
-inline void Append(std::string& line, std::string_view part) { line += part; }
+inline void Append(std::string& line, std::string_view part) {
+  line += part;
+}
 void Append(std::string& line, std::int32_t part);
+void Append(std::string& line, std::int64_t part);
 void Append(std::string& line, double part);
+template <std::integral Whole>
+void Append(std::string& line, Whole part) {
+  Append(line, static_cast<std::int64_t>(part));
+}
 }  // namespace diagnostics_detail
 
 // 0 off, -1 everything, any other value the highest level that is written.
-inline std::int32_t DebugMode() { return diagnostics_detail::debugMode; }
+inline std::int32_t DebugMode() {
+  return diagnostics_detail::debugMode;
+}
 void SetDebugMode(std::int32_t mode);
 
 inline bool DebugWanted(std::int32_t level) {
@@ -37,7 +47,7 @@ inline void WriteDebug(std::string_view text, std::int32_t level = -1, std::int3
   if (DebugWanted(level)) diagnostics_detail::Write(text, level, nesting);
 }
 
-// The same for a line put together from parts (text and whole numbers), which are joined only when it is written.
+// The same for a line put together from parts (text and numbers), which are joined only when it is written.
 template <class... Parts>
 void Trace(std::int32_t level, std::int32_t nesting, const Parts&... parts) {
   if (!DebugWanted(level)) return;

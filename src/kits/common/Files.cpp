@@ -49,4 +49,9 @@ bool ReadWholeFile(std::string_view path, std::string& contents) try {
   return false;
 }
 
+bool AppendToFile(std::string_view path, std::string_view contents) {
+  Descriptor file(NativePath(path), O_WRONLY | O_CREAT | O_APPEND, 0666);
+  return file.WriteAll(contents) && file.Close();
+}
+
 }  // namespace qm

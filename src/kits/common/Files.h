@@ -46,6 +46,10 @@ std::string UserFolder(enUserFolder folder);
 // The whole file, or nothing read and false.
 bool ReadWholeFile(std::string_view path, std::string& contents);
 
+// Opens the file for append, making it when it is not there, writes and closes it. False when any of it
+// failed.
+bool AppendToFile(std::string_view path, std::string_view contents);
+
 // Replaces a file's contents as one step: writes beside it, flushes to disk, renames. False leaves what was
 // there. The new file keeps the old one's permissions.
 bool WriteFileAtomically(std::string_view path, std::string_view contents);

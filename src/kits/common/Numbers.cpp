@@ -1,5 +1,6 @@
 #include "kits/common/Numbers.h"
 
+#include <fmt/core.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -77,6 +78,11 @@ std::string NumberText(std::int32_t value) {
 }
 std::string NumberText(std::int64_t value) {
   return ToText(value);
+}
+
+std::string FixedText(double value, int decimals) {
+  if (!std::isfinite(value)) value = 0;
+  return fmt::format("{:.{}f}", value, Limit(decimals, 0, 300));
 }
 
 double ParseNumber(std::string_view text) {

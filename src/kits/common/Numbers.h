@@ -13,9 +13,12 @@ std::string NumberText(double value);
 std::string NumberText(std::int32_t value);
 std::string NumberText(std::int64_t value);
 
-// The number at the start of the text, leading blanks skipped. Reading stops at the first character that does not
-// fit; with no digits at all the result is 0. A leading plus or minus sign, a decimal point and an exponent fit;
-// names such as "inf" do not. A value out of range is clamped to the type's largest finite one.
+// With that many digits behind the decimal point, rounded to nearest: "12.50".
+std::string FixedText(double value, int decimals);
+
+// The number at the start of the text, leading blanks skipped. Reading stops at the first character that does
+// not fit; with no digits at all the result is 0. A leading plus or minus sign, a decimal point and an
+// exponent fit; names such as "inf" do not. A value out of range is clamped to the type's largest finite one.
 double ParseNumber(std::string_view text);
 // The same, rounded with RoundToWhole and clamped to 32 bits.
 std::int32_t ParseWhole(std::string_view text);
