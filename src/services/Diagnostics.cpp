@@ -23,9 +23,9 @@ constexpr std::size_t kIndent = 4;        // blanks for each level of nesting
 struct Writer {
   DiagnosticsSettings settings;
   std::size_t depth = 0;
-  std::string folder;
+  std::string folder{};
   bool folderLookedUp = false;
-  std::string folderRefused;  // the one that the user was told of
+  std::string folderRefused{};  // the one that the user was told of
 };
 
 Writer& TheWriter() {
@@ -143,7 +143,8 @@ void ReportProblem(std::string_view Action, std::string_view ErrorText, bool Sil
 }
 
 void SetDiagnostics(DiagnosticsSettings settings) {
-  TheWriter() = Writer{std::move(settings)};
+  TheWriter() = Writer();
+  TheWriter().settings = std::move(settings);
 }
 
 }  // namespace qm
