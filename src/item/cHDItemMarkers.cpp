@@ -68,7 +68,8 @@ std::int32_t cHDItem::AddMarker(const std::shared_ptr<cHDItemMark>& NewMarker) {
   // A marker moved or replaced by its holder may stand out of order, so the list is walked.
   const auto later = std::ranges::find_if(
       m_markers, [&](const auto& mark) { return mark->StartSample() > NewMarker->StartSample(); });
-  return static_cast<std::int32_t>(m_markers.insert(later, NewMarker) - m_markers.begin()) + 1;
+  const auto place = m_markers.insert(later, NewMarker);
+  return static_cast<std::int32_t>(place - m_markers.begin()) + 1;
 }
 
 bool cHDItem::RemoveMarker(std::int32_t index) {

@@ -1,0 +1,111 @@
+#include <gmock/gmock.h>
+
+#include "item/cHDItem.h"
+#include "item/cHDItemMark.h"
+#include "kits/sound/cAudioFormat.h"
+
+namespace qm {
+namespace {
+
+using ::testing::ElementsAre;
+
+std::shared_ptr<cHDItemMark> Mark(std::int32_t sample, const char* title, std::int32_t type = himtOther) {
+  const auto mark = std::make_shared<cHDItemMark>();
+  mark->SetStartSample(sample);
+  mark->SetTitle(title);
+  mark->SetMarkerType(type);
+  return mark;
+}
+
+std::vector<std::string> Titles(const std::vector<std::shared_ptr<cHDItemMark>>& marks) {
+  std::vector<std::string> titles;
+  for (const auto& mark : marks) titles.push_back(mark->Title());
+  return titles;
+}
+
+TEST(cHDItemMarkers, StaySortedAndKeepTheOrderOfEqualPositions) {
+  cHDItem item;
+  EXPECT_EQ(item.AddMarker(nullptr), -1);
+  EXPECT_EQ(item.AddMarker(Mark(10, "b")), 1);
+  EXPECT_EQ(item.AddMarker(Mark(-5, "a", himtHook)), 1);
+  EXPECT_EQ(item.AddMarker(Mark(10, "c", himtHook)), 3);
+  EXPECT_EQ(item.AddMarker(Mark(7, "d")), 2);
+  EXPECT_THAT(Titles(item.Markers()), ElementsAre("a", "d", "b", "c"));
+  EXPECT_THAT(Titles(item.Markers(himtHook)), ElementsAre("a", "c"));
+  EXPECT_EQ(item.NumberMarkers(), 4);
+  EXPECT_EQ(item.NumberMarkers(himtHook), 2);
+  EXPECT_EQ(item.NumberMarkers(himtExtro), 0);
+  EXPECT_TRUE(item.Markers(himtExtro).empty());
+  EXPECT_EQ(item.GetFirstMarkerByType(himtHook), item.Marker(1));
+  EXPECT_EQ(item.GetFirstMarkerByType(himtExtro), nullptr);
+}
+
+TEST(cHDItemMarkers, AreReplacedInPlaceAndShared) {
+  cHDItem item;
+  item.AddMarker(Mark(1, "a"));
+  item.AddMarker(Mark(2, "b"));
+  const auto late = Mark(99, "late");
+  item.SetMarker(1, late);
+  item.SetMarker(2, nullptr);
+  item.SetMarker(3, late);
+  EXPECT_THAT(Titles(item.Markers()), ElementsAre("late", "b"));
+  late->SetTitle("renamed");
+  EXPECT_EQ(item.Marker(1)->Title(), "renamed");
+  EXPECT_EQ(item.AddMarker(Mark(50, "c")), 1);  // in front of the first that lies behind it
+
+  EXPECT_FALSE(item.RemoveMarker(0));
+  EXPECT_FALSE(item.RemoveMarker(4));
+  for (int left = 3; left > 0; --left) EXPECT_TRUE(item.RemoveMarker(1));
+  EXPECT_EQ(item.NumberMarkers(), 0);
+  EXPECT_EQ(item.Marker(1), nullptr);
+}
+
+TEST(cHDItemMarkers, HaveIdentitiesOfTheirOwn) {
+  EXPECT_NE(cHDItemMark().Guid(), cHDItemMark().Guid());
+}
+
+TEST(cHDItemMarkers, CannotComeFromTimingBeforeTheAudioIsKnown) {
+  cHDItem item;
+  item.AddMarker(Mark(1, "old"));
+  item.SetTotalLength(10);
+  EXPECT_FALSE(item.CreateMarkersFromTiming());
+  EXPECT_EQ(item.NumberMarkers(), 0);
+  item.AudioFormat()->SetSampleRate(44100);
+  item.SetTotalLength(0);
+  EXPECT_FALSE(item.CreateMarkersFromTiming());
+}
+
+TEST(cHDItemMarkers, ComeFromTimingInSamples) {
+  cHDItem item;
+  item.AudioFormat()->SetSampleRate(1000);
+  item.SetTotalLength(100);
+  item.AddMarker(Mark(1, "old"));
+  item.SetIntroEnd(1, 12.5f);
+  item.SetIntroStart(1, 2);
+  item.SetHookStart(2, 5);
+  item.SetExtro(3, 0.0625f);  // 62.5 samples: the even neighbour
+  item.SetLoopStart(30);
+  item.SetLoopEnd(40);
+  ASSERT_TRUE(item.CreateMarkersFromTiming());
+  struct Case {
+    const char* title;
+    std::int32_t start, duration, type, colour;
+  };
+  const Case cases[] = {{"Extro 3", 62, 0, himtExtro, 255},
+                        {"Intro 1", 2000, 10500, himtIntro, 65280},
+                        {"Hook 2", 5000, -5000, himtHook, 0xC0C0C0},
+                        {"Loop", 30000, 10000, himtLoop, 0xFF0000}};
+  ASSERT_EQ(item.NumberMarkers(), 4);
+  for (std::int32_t index = 1; index <= 4; ++index) {
+    const Case& expected = cases[index - 1];
+    const auto mark = item.Marker(index);
+    EXPECT_EQ(mark->Title(), expected.title);
+    EXPECT_EQ(mark->StartSample(), expected.start) << expected.title;
+    EXPECT_EQ(mark->Duration(), expected.duration) << expected.title;
+    EXPECT_EQ(mark->MarkerType(), expected.type) << expected.title;
+    EXPECT_EQ(mark->MarkerColour(), expected.colour) << expected.title;
+  }
+}
+
+}  // namespace
+}  // namespace qm
