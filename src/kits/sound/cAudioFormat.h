@@ -42,7 +42,8 @@ class cAudioFormat {
   const std::string& WMAProfile() const { return m_wmaProfile; }
   void SetWMAProfile(std::string profile) { m_wmaProfile = std::move(profile); }
 
-  // The format in words for people, "44100 Hz, stereo, 16-bit"; it tells two WMA profiles apart.
+  // The format in words for people, "WAV 44100 Hz stereo 16-bit", "MP3 44100 Hz stereo 128 kbit/s"; it tells
+  // two WMA profiles apart.
   std::string FormatDescription() const;
 
   // The whole state as tag text: FormatType="WAV" SampleRate="44100" Channels="2" WAVFormatTag="1" ...

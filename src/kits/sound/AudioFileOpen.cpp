@@ -1,0 +1,76 @@
+#include <cstring>
+
+#include "kits/sound/AudioFileBytes.h"
+#include "kits/sound/AudioFileDemuxer.h"
+#include "kits/sound/AudioFileMpeg.h"
+#include "kits/sound/AudioFilePackets.h"
+#include "kits/sound/AudioFileWave.h"
+#include "kits/sound/cAudioFile.h"
+
+namespace qm {
+
+namespace {
+
+using Bytes = std::unique_ptr<AudioFileBytes>;
+using Reader = std::unique_ptr<AudioFileReader>;
+
+constexpr std::uint8_t asfHeader[16] = {0x30, 0x26, 0xB2, 0x75, 0x8E, 0x66, 0xCF, 0x11,
+                                        0xA6, 0xD9, 0x00, 0xAA, 0x00, 0x62, 0xCE, 0x6C};
+
+bool BeginsWith(AudioFileBytes& bytes, const void* signature, std::size_t size) {
+  const std::uint8_t* head = bytes.View(0, size);
+  return head != nullptr && std::memcmp(head, signature, size) == 0;
+}
+
+Reader FromSource(std::unique_ptr<AudioPacketSource> source, AudioFileError& error) {
+  return source ? MakePacketReader(std::move(source), error) : nullptr;
+}
+
+Reader OpenWave(Bytes bytes, CompressedAudio compressed, AudioFileError& error) {
+  WaveHeader header;
+  error = ReadWaveHeader(*bytes, header);
+  if (error) return nullptr;
+  if (!header.IsStored() && compressed == CompressedAudio::refuse) {
+    error = {afeCompressed, "is a WAV file that holds compressed audio"};
+    return nullptr;
+  }
+  return MakeWaveReader(std::move(bytes), header, error);
+}
+
+Reader OpenOgg(Bytes bytes, CompressedAudio, AudioFileError& error) {
+  return FromSource(MakeOggSource(std::move(bytes), error), error);
+}
+
+Reader OpenWma(Bytes bytes, CompressedAudio compressed, AudioFileError& error) {
+  if (compressed == CompressedAudio::allow) return FromSource(MakeWmaSource(std::move(bytes), error), error);
+  error = {afeCompressed, "is a Windows Media file, and compressed files are not allowed here"};
+  return nullptr;
+}
+
+Reader OpenMpeg(Bytes bytes, CompressedAudio, AudioFileError& error) {
+  const std::int64_t size = bytes->Size();
+  auto source = MakeMpegSource(std::move(bytes), 0, size);
+  if (!source) error = {afeUnknownType, "is not an audio file of a known type"};
+  return FromSource(std::move(source), error);
+}
+
+Reader OpenByContents(Bytes bytes, CompressedAudio compressed, AudioFileError& error) {
+  auto open = OpenMpeg;
+  if (IsWave(*bytes)) open = OpenWave;
+  if (BeginsWith(*bytes, "OggS", 4)) open = OpenOgg;
+  if (BeginsWith(*bytes, asfHeader, sizeof asfHeader)) open = OpenWma;
+  return open(std::move(bytes), compressed, error);
+}
+
+}  // namespace
+
+Reader OpenAudioFileReader(const std::string& path, CompressedAudio compressed, AudioFileError& error) {
+  auto bytes = std::make_unique<AudioFileBytes>();
+  error = bytes->Open(path);
+  if (error) return nullptr;
+  Reader reader = OpenByContents(std::move(bytes), compressed, error);
+  if (error) error.text = "'" + path + "' " + error.text;
+  return reader;
+}
+
+}  // namespace qm

@@ -1,0 +1,38 @@
+#pragma once
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "kits/common/Descriptor.h"
+#include "kits/sound/AudioFileReader.h"
+
+namespace qm {
+
+// A file growing beside the path whose place it takes at Commit. Destroyed before, it leaves what was there.
+class AudioFileTarget {
+ public:
+  AudioFileTarget() = default;
+  ~AudioFileTarget();
+  AudioFileTarget(const AudioFileTarget&) = delete;
+  AudioFileTarget& operator=(const AudioFileTarget&) = delete;
+
+  AudioFileError Create(const std::string& path);
+  // False when the system refuses; Error() says why.
+  bool WriteAt(std::int64_t position, const void* bytes, std::size_t count);
+  std::size_t ReadAt(std::int64_t position, void* bytes, std::size_t count) const;
+  std::int64_t Size() const { return m_size; }
+  AudioFileError Commit();
+  const AudioFileError& Error() const { return m_error; }
+
+ private:
+  AudioFileError Fail(int systemError);
+
+  std::string m_path;  // as given, for messages
+  std::filesystem::path m_target, m_beside;
+  std::unique_ptr<Descriptor> m_file;
+  std::int64_t m_size = 0;
+  AudioFileError m_error;
+};
+
+}  // namespace qm

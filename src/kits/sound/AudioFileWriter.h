@@ -1,0 +1,42 @@
+#pragma once
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "kits/sound/AudioFileReader.h"
+
+namespace qm {
+
+// Everything an encoder may be told.
+struct AudioFileSettings {
+  std::int32_t sampleRate = 44100;
+  std::int32_t channels = 2;
+  std::int32_t bits = 16;      // WAV
+  std::int32_t formatTag = 1;  // WAV
+  std::int32_t bitRate = 128000;
+  std::int32_t minimumBitRate = 0, maximumBitRate = 0;  // Ogg
+  bool variableBitRate = false;                         // MP3
+};
+
+// An audio file being written beside its path. Destroyed without Finish it leaves nothing behind.
+class AudioFileWriter {
+ public:
+  virtual ~AudioFileWriter() = default;
+  virtual AudioFileError Write(const float* interleaved, std::size_t frames) = 0;
+  // Completes the file and puts it in its place.
+  virtual AudioFileError Finish() = 0;
+
+  const cAudioFormat& Format() const { return m_format; }
+
+ protected:
+  cAudioFormat m_format;
+};
+
+// A writer for a mode of enCreationMode. Null, and the error, when the settings do not fit or the system
+// refuses.
+std::unique_ptr<AudioFileWriter> CreateAudioFileWriter(const std::string& path, std::int32_t mode,
+                                                       const AudioFileSettings& settings,
+                                                       AudioFileError& error);
+
+}  // namespace qm
