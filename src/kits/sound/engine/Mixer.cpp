@@ -36,6 +36,8 @@ std::size_t Mixer::Render(float* interleaved, std::size_t frames, enRenderPatien
         m_counters.lateAnswers.fetch_add(1, std::memory_order_relaxed);
         m_standing = false;
       }
+      // Offline, time moves only while something sounds.
+      if (patience == erpFetch && !Sounding()) break;
       std::size_t n = FramesToNextStop(frames - done);
       if (n > 0) n = ReadyFrames(n, patience);
       if (n == 0) {
@@ -60,7 +62,10 @@ std::size_t Mixer::FramesToNextStop(std::size_t limit) const {
     anyPlaying = true;
     next = std::min(next, voice->FramesToStop());
   }
-  if (anyPlaying) next = std::min(next, FramesToGrid());
+  if (anyPlaying)
+    next = std::min(next, FramesToGrid());
+  else if (m_tailLeft > 0)
+    next = std::min(next, static_cast<std::int64_t>(m_tailLeft));
   return static_cast<std::size_t>(next);
 }
 
@@ -147,6 +152,10 @@ std::int64_t Mixer::Frame() const {
 
 bool Mixer::Active() const {
   const std::lock_guard lock(m_mutex);
+  return Sounding();
+}
+
+bool Mixer::Sounding() const {
   return m_tailLeft > 0 ||
          std::any_of(m_voices.begin(), m_voices.end(), [](const auto& voice) { return voice->Playing(); });
 }

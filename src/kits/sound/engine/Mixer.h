@@ -84,6 +84,7 @@ class Mixer {
  private:
   std::size_t FramesToNextStop(std::size_t limit) const;
   std::int64_t FramesToGrid() const;
+  bool Sounding() const;
   std::size_t ReadyFrames(std::size_t limit, enRenderPatience patience);
   bool CollectDue();
   void MixBlock(float* interleaved, std::size_t frames);

@@ -158,8 +158,10 @@ void Voice::Follow(const PlayPlan& plan, enMove move) {
   m_out = 0;
   m_loopTold = 0;
   m_ended = false;
-  m_rampIn = 0;
-  if (move != emContinues) m_reached = 0;
+  if (move != emContinues) {
+    m_rampIn = 0;
+    m_reached = 0;
+  }
   m_stream = std::make_shared<VoiceStream>(plan, m_file.channels, m_format.sampleRate, m_format.channels,
                                            m_ringFrames);
   m_file.reader->SetStream(m_stream);
