@@ -176,7 +176,7 @@ class cBasePlayer : public std::enable_shared_from_this<cBasePlayer> {
   void Report(std::int32_t event, float sValue1 = 0, float sValue2 = 0, const std::string& strValue1 = {});
   void ReportWith(std::int32_t event, const std::string& hdReference, float sValue1, float sValue2,
                   const std::string& strValue1 = {});
-  Answer Query(std::int32_t event, const std::string& hdReference, float& sValue1);
+  Answer Query(std::int32_t event, const std::string& hdReference, float& listenersValue, float& ownersValue);
 
   // What the control says.
   void HandlePlayerEvent(std::int32_t event, float sValue1, float sValue2, const std::string& strValue1);

@@ -32,11 +32,12 @@ void cBasePlayer::Report(std::int32_t event, float sValue1, float sValue2, const
   ReportWith(event, HDReference(), sValue1, sValue2, strValue1);
 }
 
-cBasePlayer::Answer cBasePlayer::Query(std::int32_t event, const std::string& hdReference, float& sValue1) {
+cBasePlayer::Answer cBasePlayer::Query(std::int32_t event, const std::string& hdReference,
+                                       float& listenersValue, float& ownersValue) {
   const std::string reference = hdReference;
   float cancel = 0;
-  TellListeners(event, reference, sValue1, cancel);
-  TellOwner(event, reference, sValue1, cancel);
+  TellListeners(event, reference, listenersValue, cancel);
+  TellOwner(event, reference, ownersValue, cancel);
   return cancel == 0 ? Answer::Go : Answer::Refused;
 }
 

@@ -84,8 +84,8 @@ void cBasePlayer::PlayLinkedPlayer() {
   if (!m_control || !other) return;
   PlayerOperation operation(*this, "PlayLinkedPlayer");
   other->ClearPlayerLink();
-  float otherReference = other->Reference();
-  if (Query(peLinkQueryPlay, other->HDReference(), otherReference) == Answer::Refused) {
+  float forListeners = other->Reference(), forOwner = forListeners;
+  if (Query(peLinkQueryPlay, other->HDReference(), forListeners, forOwner) == Answer::Refused) {
     operation.Exit("Cancelled");
     return;
   }
@@ -121,7 +121,8 @@ void cBasePlayer::ResetSweeperVolumes() {
   if (!m_control) return;
   m_control->RemoveVolumeChange(pvcSweepStart);
   m_control->RemoveVolumeChange(pvcSweepEnd);
-  SetPlayVolume(m_initialVolume);
+  // Every close comes this way: one without a duck has nothing to tell about the volume.
+  if (m_control->Volume() != m_initialVolume) SetPlayVolume(m_initialVolume);
 }
 
 }  // namespace qm

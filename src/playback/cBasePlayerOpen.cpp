@@ -54,7 +54,8 @@ bool cBasePlayer::ResolveItem(std::shared_ptr<cHDItem>& item) const {
 bool cBasePlayer::AskFor(std::int32_t query, const cHDItem& item, float sValue1) {
   const bool current = IsCurrent(item);
   const ItemVisit visit = m_visit;
-  if (Query(query, item.Reference(), sValue1) == Answer::Refused) return false;
+  float forListeners = sValue1, forOwner = sValue1;
+  if (Query(query, item.Reference(), forListeners, forOwner) == Answer::Refused) return false;
   return current ? Stays(visit) : Ready();
 }
 
@@ -122,7 +123,7 @@ bool cBasePlayer::CloseItem(float& CloseReference) {
   if (m_status == psClosed || m_itemClosed) return true;
   if (!m_item) return operation.Exit("No Item");
   const ItemVisit visit = m_visit;
-  if (Query(peQueryClose, HDReference(), CloseReference) == Answer::Refused)
+  if (Query(peQueryClose, HDReference(), CloseReference, CloseReference) == Answer::Refused)
     return operation.Exit("Cancelled");
   if (!Ready()) return operation.Exit("Not Ready");
   if (m_status == psClosed || m_itemClosed) return true;  // closed by a listener meanwhile
