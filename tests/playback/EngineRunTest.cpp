@@ -22,19 +22,20 @@ struct EngineRig {
   EngineRig() {
     owner->settings = std::make_shared<cAudioSettings>(platform, bench.engine);
     owner->settings->SetMaxPlayers(2);
-    for (std::int16_t n = 1; n <= 2; ++n) owner->settings->SetPlayerSoundDevice(n, static_cast<std::int16_t>(bench.device));
+    for (std::int16_t n = 1; n <= 2; ++n)
+      owner->settings->SetPlayerSoundDevice(n, static_cast<std::int16_t>(bench.device));
   }
 
   std::shared_ptr<cBasePlayer> Player(std::int16_t number) {
     auto player = std::make_shared<cBasePlayer>(platform);
     player->SetPlayerCallback(owner);
     player->InitPlayer(number, owner->settings);
-    player->events.PlayerEvent.connect([this, number](std::int32_t event, std::string&, float&, float&, std::string&,
-                                                      std::string&) {
-      if (event == pePositionChanged || event == peAudioLevelChanged || event == peVolumeChanged) return;
-      test::AddWord(heard, std::to_string(number) + "@" + std::to_string(bench.engine->Frame()) + ":" +
-                               std::string(PlayerEventName(event)).substr(2));
-    });
+    player->events.PlayerEvent.connect(
+        [this, number](std::int32_t event, std::string&, float&, float&, std::string&, std::string&) {
+          if (event == pePositionChanged || event == peAudioLevelChanged || event == peVolumeChanged) return;
+          test::AddWord(heard, std::to_string(number) + "@" + std::to_string(bench.engine->Frame()) + ":" +
+                                   std::string(PlayerEventName(event)).substr(2));
+        });
     return player;
   }
 
@@ -58,15 +59,19 @@ TEST(EngineRun, ANaturalRunTellsEverythingAtItsFrame) {
   item->SetExtro(1, 1.5f);
   auto player = rig.Player(1);
   std::vector<enPlayerSection> sections;
-  player->events.PlayerEvent.connect([&](std::int32_t event, std::string&, float& sValue1, float&, std::string&,
-                                         std::string&) {
-    if (event == pePositionChanged && (sections.empty() || sections.back() != player->Section()))
-      sections.push_back(player->Section());
-    if (event == peExtroReached) EXPECT_GE(player->SecondsPlayed(), 1.5f);
-    if (event == peExtroReached) EXPECT_EQ(player->SecondsRemainingExtro(), 0);
-    if (event == pePositionChanged) EXPECT_EQ(sValue1, player->SecondsPlayed());
-    if (event == peAudioEndReached) player->CloseItem();
-  });
+  player->events.PlayerEvent.connect(
+      [&](std::int32_t event, std::string&, float& sValue1, float&, std::string&, std::string&) {
+        if (event == pePositionChanged && (sections.empty() || sections.back() != player->Section()))
+          sections.push_back(player->Section());
+        if (event == peExtroReached) {
+          EXPECT_GE(player->SecondsPlayed(), 1.5f);
+          EXPECT_EQ(player->SecondsRemainingExtro(), 0);
+        }
+        if (event == pePositionChanged) {
+          EXPECT_EQ(sValue1, player->SecondsPlayed());
+        }
+        if (event == peAudioEndReached) player->CloseItem();
+      });
   ASSERT_TRUE(player->PlayItem(item));
   rig.bench.Run();
   EXPECT_EQ(rig.heard,
@@ -120,8 +125,9 @@ TEST(EngineRun, AFadeTellsItsFireLevelWhereItFallsToIt) {
   rig.heard.clear();
   rig.bench.Run();
   // 65 per cent of full volume, after 0.7 of the two seconds.
-  EXPECT_EQ(rig.heard, "1@22050:VolumeChangeStartNotify 1@52920:FadingOut 1@52920:VolumeChangeNotify "
-                       "1@110250:VolumeChangeEndNotify 1@132300:AudioEndReached");
+  EXPECT_EQ(rig.heard,
+            "1@22050:VolumeChangeStartNotify 1@52920:FadingOut 1@52920:VolumeChangeNotify "
+            "1@110250:VolumeChangeEndNotify 1@132300:ExtroReached 1@132300:AudioEndReached");
   EXPECT_TRUE(player->FadeNotified());
   EXPECT_EQ(player->PlayVolume(), 0);
 }
@@ -137,7 +143,8 @@ TEST(EngineRun, AHookPlaysFromItsStartAndClosesAtItsEnd) {
   rig.heard.clear();
   rig.bench.Run();
   const std::size_t from = 14700, length = 55125 - from;
-  EXPECT_EQ(rig.heard, "1@0:HookStartReached 1@40425:QueryClose 1@40425:Closing 1@40425:Closed 1@40425:HookEndReached");
+  EXPECT_EQ(rig.heard,
+            "1@0:HookStartReached 1@40425:QueryClose 1@40425:Closing 1@40425:Closed 1@40425:HookEndReached");
   ASSERT_GE(rig.bench.HeardFrames(), length);
   for (std::size_t i = 0; i < length; ++i) ASSERT_EQ(rig.bench.Heard16(i), noise[2 * (i + from)]) << i;
   EXPECT_LE(rig.bench.HeardFrames(), length + 220) << "the ramp of the close and nothing more";

@@ -267,12 +267,13 @@ float EnginePlayer::Volume() const {
 
 void EnginePlayer::SetVolume(float Percent) {
   if (!std::isfinite(Percent)) return;
+  const float before = Volume();
   m_volume = std::clamp(Percent, 0.f, 100.f);
   if (m_voice) {
     const auto lock = VoiceMixer().Lock();
     m_voice->SetVolume(static_cast<double>(m_volume));
   }
-  events.Volume(m_volume);
+  if (m_volume != before) events.Volume(m_volume);
 }
 
 void EnginePlayer::SetPlaySpeed(float Speed) {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "EngineBench.h"
+#include "kits/sound/engine/EngineBench.h"
 
 // Playing through the offline device, checked sample by sample.
 namespace qm {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "EngineBench.h"
+#include "kits/sound/engine/EngineBench.h"
 
 // Volume, its ramps, and the promise that nothing clicks.
 namespace qm {
@@ -107,7 +107,9 @@ TEST(EngineVolume, TellsWholeStepsOfARampAndEveryVolumeSetByHand) {
   ASSERT_EQ(player->Open(ConstantWav(bench, 1)), 0);
   player->SetVolume(130);
   player->SetVolume(-5);
-  EXPECT_EQ(told, (std::vector<float>{100, 0}));
+  player->SetVolume(0);
+  player->SetVolume(101);
+  EXPECT_EQ(told, (std::vector<float>{0, 100})) << "clamped, and only where it changed";
   told.clear();
   player->Cue();
   player->AddVolumeChange(

@@ -2,7 +2,7 @@
 
 #include <random>
 
-#include "EngineBench.h"
+#include "kits/sound/engine/EngineBench.h"
 #include "kits/sound/engine/Mixer.h"
 
 namespace qm {
