@@ -23,9 +23,9 @@ constexpr std::size_t kIndent = 4;        // blanks for each level of nesting
 struct Writer {
   DiagnosticsSettings settings;
   std::size_t depth = 0;
-  std::string folder{};
+  std::string folder;
   bool folderLookedUp = false;
-  std::string folderRefused{};  // the one that the user was told of
+  std::string folderRefused;  // the one that the user was told of
 };
 
 Writer& TheWriter() {

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdlib>
 
 #include "kits/common/Files.h"
@@ -70,7 +71,7 @@ std::string JoinPath(std::string_view folder, std::string_view name) {
   const std::size_t start = std::min(name.find_first_not_of(kSeparators), name.size());
   std::string path(folder.substr(0, end == std::string_view::npos ? 0 : end + 1));
   // A network's root keeps both of its separators.
-  if (end == std::string_view::npos && folder.size() > 1) path = folder.substr(0, 1);
+  if (end == std::string_view::npos && folder.size() > 1) path = "/";
   return path.append("/").append(name.substr(start));
 }
 

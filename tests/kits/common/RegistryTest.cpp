@@ -1,0 +1,151 @@
+#include "kits/common/Registry.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "support/SoundFixtures.h"
+
+namespace qm {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr const char* kPath = "SOFTWARE\\Quillmere\\AudioSettings\\Main";
+
+TEST(Registry, PathsAndNamesIgnoreCase) {
+  const auto registry = MemoryRegistry();
+  EXPECT_TRUE(registry->Write("Software\\Quillmere", "DebugPath", "x"));
+  EXPECT_TRUE(registry->Write("SOFTWARE\\QUILLMERE\\", "debugpath", "y"));
+  EXPECT_EQ(registry->Read("software\\quillmere", "DEBUGPATH"), "y");
+  EXPECT_EQ(registry->Read("software", "DebugPath"), std::nullopt);
+  EXPECT_TRUE(registry->Delete("software\\Quillmere", "DebugPath"));
+  EXPECT_EQ(registry->Read("Software\\Quillmere", "DebugPath"), std::nullopt);
+}
+
+TEST(Registry, NumbersAndTextsFallBackWhenAbsent) {
+  const auto registry = MemoryRegistry();
+  registry->Write(kPath, "Volume", "85");
+  registry->Write(kPath, "Empty", "");
+  EXPECT_EQ(registry->ReadNumber(kPath, "Volume", 7), 85);
+  EXPECT_EQ(registry->ReadNumber(kPath, "None", 7), 7);
+  EXPECT_EQ(registry->ReadText(kPath, "Empty", "fallback"), "");
+  EXPECT_EQ(registry->ReadText(kPath, "None", "fallback"), "fallback");
+}
+
+class RegistryFile : public testing::Test {
+ protected:
+  std::shared_ptr<Registry> Open() const { return FileRegistry(m_file, m_beneath); }
+  std::string Text() const { return test::ReadBytes(m_file); }
+
+  test::TempFolder m_temp;
+  std::string m_file = m_temp.File("conf/registry");
+  std::string m_beneath = m_temp.File("machine");
+};
+
+TEST_F(RegistryFile, IsReadableText) {
+  const auto registry = Open();
+  EXPECT_TRUE(registry->Write(kPath, "EditorPath", "C:\\Edit\\edit.exe"));
+  EXPECT_TRUE(registry->Write(kPath, "Number=1", " a\n\"b\"\\\x01"));
+  EXPECT_TRUE(registry->Write("Other", "x", ""));
+  EXPECT_EQ(Text(),
+            "[SOFTWARE\\Quillmere\\AudioSettings\\Main]\n"
+            "EditorPath=C:\\Edit\\edit.exe\n"
+            "\"Number=1\"=\" a\\n\\\"b\\\"\\\\\\x01\"\n"
+            "\n"
+            "[Other]\n"
+            "x=\n");
+}
+
+TEST_F(RegistryFile, EveryTextComesBackFromDisk) {
+  const std::string letters = " \"\\=[]#;\n\r\tx%\x01\x7Fé";
+  std::mt19937 random(7);
+  const auto any = [&] {
+    std::string text;
+    for (auto left = random() % 6; left > 0; --left) text += letters[random() % letters.size()];
+    return text;
+  };
+  const auto registry = Open();
+  registry->BeginChanges();
+  std::vector<std::array<std::string, 3>> written;
+  for (int i = 0; i < 300; ++i) {
+    written.push_back({"p" + any() + "." + std::to_string(i), any() + std::to_string(i % 10), any()});
+    const auto& [path, name, value] = written.back();
+    EXPECT_TRUE(registry->Write(path, name, value));
+  }
+  EXPECT_EQ(Text(), "") << "held back";
+  EXPECT_TRUE(registry->EndChanges());
+  const auto again = Open();
+  for (const auto& [path, name, value] : written) EXPECT_EQ(again->Read(path, name), value) << path << name;
+}
+
+TEST_F(RegistryFile, KeepsOrderCommentsAndWhatItDoesNotUnderstand) {
+  std::filesystem::create_directory(m_temp.File("conf"));
+  test::WriteBytes(m_file,
+                   "\xEF\xBB\xBF# ours\r\n[A]\r\n; note\r\nb = 1 \r\nno value\n\"open=2\nq=\"x\" "
+                   "y\n\n[broken\nb=9\n[B]\n c=2");
+  const auto registry = Open();
+  EXPECT_EQ(registry->Read("a", "B"), "1");
+  EXPECT_EQ(registry->Read("A", "q"), std::nullopt);
+  EXPECT_THAT(registry->SubKeys(""), ElementsAre("A", "B"));
+  EXPECT_TRUE(registry->Write("A", "new", "3"));
+  EXPECT_TRUE(registry->Write("B", "C", "4"));
+  EXPECT_EQ(Text(),
+            "# ours\r\n[A]\r\n; note\r\nb = 1 \r\nno value\n\"open=2\nq=\"x\" "
+            "y\nnew=3\n\n[broken\nb=9\n[B]\nc=4\n");
+}
+
+TEST_F(RegistryFile, TheMachinesValuesShowWhereTheUserHasNone) {
+  test::WriteBytes(m_beneath, "[S\\P\\One]\na=machine\nb=machine\n[S\\P\\Two\\Deep]\nc=1\n");
+  const auto registry = Open();
+  EXPECT_TRUE(registry->Write("s\\p\\one", "a", "user"));
+  EXPECT_TRUE(registry->Write("s\\p\\Three", "a", "user"));
+  EXPECT_EQ(registry->Read("S\\P\\One", "a"), "user");
+  EXPECT_EQ(registry->Read("S\\P\\One", "b"), "machine");
+  EXPECT_THAT(registry->SubKeys("S\\P"), ElementsAre("one", "Three", "Two"));
+  EXPECT_FALSE(registry->Delete("S\\P\\One", "a")) << "the machine's value is there afterwards";
+  EXPECT_EQ(registry->Read("S\\P\\One", "a"), "machine");
+  EXPECT_TRUE(registry->Delete("S\\P\\Three", "a"));
+  EXPECT_EQ(Text(), "");
+}
+
+TEST_F(RegistryFile, TwoProcessesLoseNothingOfEachOther) {
+  const auto ours = Open(), theirs = Open();
+  EXPECT_TRUE(ours->Write("A", "x", "1"));
+  EXPECT_TRUE(theirs->Write("A", "y", "2"));
+  ours->BeginChanges();
+  EXPECT_TRUE(ours->Write("A", "x", "3"));
+  EXPECT_TRUE(theirs->Write("A", "z", "4"));
+  EXPECT_EQ(ours->Read("A", "x"), "3");
+  EXPECT_EQ(ours->Read("A", "z"), "4");
+  EXPECT_TRUE(ours->EndChanges());
+  EXPECT_EQ(Text(), "[A]\nx=3\ny=2\nz=4\n");
+}
+
+TEST_F(RegistryFile, AFileThatCannotBeReadIsNotOverwritten) {
+  std::filesystem::create_directories(m_file);  // a folder stands in its place: reading fails for every user
+  const auto registry = Open();
+  EXPECT_FALSE(registry->Write("A", "x", "1"));
+  EXPECT_EQ(registry->Read("A", "x"), std::nullopt);
+  EXPECT_TRUE(std::filesystem::is_directory(m_file));
+  std::filesystem::remove(m_file);
+  EXPECT_TRUE(registry->Write("A", "x", "2"));
+  EXPECT_EQ(registry->Read("A", "x"), "2");
+}
+
+TEST_F(RegistryFile, HeldChangesThatCannotBeStoredAreGivenUp) {
+  test::WriteBytes(m_temp.File("conf"), "a file where the folder should be");
+  const auto registry = Open();
+  registry->BeginChanges();
+  registry->BeginChanges();
+  EXPECT_TRUE(registry->Write("A", "x", "1"));
+  EXPECT_TRUE(registry->EndChanges());
+  EXPECT_FALSE(registry->EndChanges());
+  EXPECT_EQ(registry->Read("A", "x"), std::nullopt);
+  EXPECT_TRUE(registry->EndChanges());
+}
+
+}  // namespace
+}  // namespace qm
