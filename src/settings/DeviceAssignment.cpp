@@ -118,7 +118,7 @@ const CardModel& ModelOf(Name name, const CardFamily& family) {
   return *std::ranges::find_if(family.models, [&](const CardModel& model) { return Has(name, model.mark); });
 }
 
-// With the ports separated every one of the card's outputs is listed with its own pair.
+// Separated, the card's driver lists its third and fourth port under at least four names.
 bool PortsNotSeparated(const std::vector<std::string>& members) {
   const auto separate = [](Name name) { return Has(name, "UA-101") && Has(name, "3-4"); };
   return std::ranges::any_of(members, [](Name name) { return Has(name, "UA-101"); }) &&
