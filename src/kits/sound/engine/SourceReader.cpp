@@ -42,16 +42,13 @@ std::size_t SourceReader::Urgency() const {
   return stream && stream->WantsMore() ? stream->Fill() : kNothingWanted;
 }
 
-ReaderPool::ReaderPool(std::size_t threads) {
-  for (std::size_t i = 0; i < threads; ++i) m_threads.emplace_back([this] { Run(); });
-}
-
 ReaderPool::~ReaderPool() {
   {
     const std::lock_guard lock(m_mutex);
     m_stop = true;
   }
   m_wake.notify_all();
+  // No thread makes another once m_stop is set.
   for (std::thread& thread : m_threads) thread.join();
 }
 
@@ -59,6 +56,7 @@ void ReaderPool::Add(const std::shared_ptr<SourceReader>& reader) {
   {
     const std::lock_guard lock(m_mutex);
     m_entries.push_back({reader, false});
+    LeaveOneFree();
   }
   Wake();
 }
@@ -93,10 +91,32 @@ void ReaderPool::PutBack(const std::shared_ptr<SourceReader>& reader) {
   if (entry != m_entries.end()) entry->busy = false;
 }
 
+// With the lock held.
+void ReaderPool::LeaveOneFree() {
+  if (m_free > 0) {
+    m_wake.notify_one();
+  } else if (!m_stop && m_threads.size() <= m_entries.size()) {
+    m_threads.emplace_back([this] { Run(); });
+  }
+}
+
+void ReaderPool::WaitForWork(std::unique_lock<std::mutex>& lock) {
+  ++m_free;
+  if (m_lookout) {
+    m_wake.wait(lock);
+  } else {
+    m_lookout = true;
+    m_wake.wait_for(lock, kLookEvery);
+    m_lookout = false;
+  }
+  --m_free;
+}
+
 void ReaderPool::Run() {
   std::unique_lock lock(m_mutex);
   while (!m_stop) {
     if (std::shared_ptr<SourceReader> reader = TakeMostUrgent()) {
+      LeaveOneFree();
       lock.unlock();
       reader->Work();
       lock.lock();
@@ -106,7 +126,7 @@ void ReaderPool::Run() {
       reader.reset();
       lock.lock();
     } else {
-      m_wake.wait_for(lock, kLookEvery);
+      WaitForWork(lock);
     }
   }
 }

@@ -40,9 +40,12 @@ class SourceReader {
 };
 
 // Threads that read ahead for many voices, the one with the least sound in hand first.
+//
+// A thread that takes work leaves another one free behind it, made if need be: a file on a disk that hangs
+// keeps its own voice waiting and no other.
 class ReaderPool {
  public:
-  explicit ReaderPool(std::size_t threads = 2);
+  ReaderPool() = default;
   ~ReaderPool();
 
   // Host thread. A removed reader's file is closed when the thread that works on it lets go.
@@ -57,12 +60,16 @@ class ReaderPool {
     bool busy = false;
   };
   void Run();
+  void WaitForWork(std::unique_lock<std::mutex>& lock);
+  void LeaveOneFree();
   std::shared_ptr<SourceReader> TakeMostUrgent();
   void PutBack(const std::shared_ptr<SourceReader>& reader);
 
   std::mutex m_mutex;
   std::condition_variable m_wake;
   std::vector<Entry> m_entries;
+  std::size_t m_free = 0;  // threads that wait
+  bool m_lookout = false;  // one of them looks at the rings from time to time
   bool m_stop = false;
   std::vector<std::thread> m_threads;
 };

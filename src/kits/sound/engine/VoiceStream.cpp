@@ -12,18 +12,11 @@ VoiceStream::VoiceStream(const PlayPlan& plan, std::int32_t fileChannels, std::i
                          std::int32_t outChannels, std::size_t ringFrames)
     : m_plan(plan),
       m_fileChannels(static_cast<std::size_t>(fileChannels)),
+      m_outRate(static_cast<std::size_t>(outRate)),
       m_outChannels(static_cast<std::size_t>(outChannels)),
       m_ring(std::max(ringFrames, 4 * kChunk), m_outChannels),
       m_fileFrames(kChunk * m_fileChannels),
       m_chunk(kChunk * m_outChannels) {
-  if (plan.resampling != 1) {
-    m_resampler = std::make_unique<Resampler>(plan.resampling, m_outChannels);
-    m_resamplerIn.resize(kChunk * m_outChannels);
-  }
-  if (plan.stretch != 1) {
-    m_stretcher = std::make_unique<Stretcher>(plan.stretch, static_cast<std::size_t>(outRate), m_outChannels);
-    m_stretcherIn.resize(kChunk * m_outChannels);
-  }
   if (m_plan.OutLength() <= 0) m_complete = true;
 }
 
@@ -31,13 +24,10 @@ VoiceStream::~VoiceStream() = default;
 
 void VoiceStream::Produce(cAudioFile& file, std::size_t frames) {
   if (Complete()) return;
-  if (!m_positioned) {
-    m_positioned = true;
-    if (!file.Seek(m_plan.origin)) {
-      m_brokeOff = true;
-      m_complete = true;
-      return;
-    }
+  if (!m_positioned && !Position(file)) {
+    m_brokeOff = true;
+    m_complete = true;
+    return;
   }
   std::size_t room = std::min(frames, m_ring.Space());
   while (room > 0) {
@@ -57,6 +47,21 @@ void VoiceStream::Produce(cAudioFile& file, std::size_t frames) {
       return;
     }
   }
+}
+
+// Converters take milliseconds to make: that is the producer's time, not the time of whoever wants the
+// stream.
+bool VoiceStream::Position(cAudioFile& file) {
+  m_positioned = true;
+  if (m_plan.resampling != 1) {
+    m_resampler = std::make_unique<Resampler>(m_plan.resampling, m_outChannels);
+    m_resamplerIn.resize(kChunk * m_outChannels);
+  }
+  if (m_plan.stretch != 1) {
+    m_stretcher = std::make_unique<Stretcher>(m_plan.stretch, m_outRate, m_outChannels);
+    m_stretcherIn.resize(kChunk * m_outChannels);
+  }
+  return file.Seek(m_plan.origin);
 }
 
 std::size_t VoiceStream::Next(cAudioFile& file, float* out, std::size_t frames) {

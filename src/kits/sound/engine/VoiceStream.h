@@ -45,6 +45,7 @@ class VoiceStream {
   static constexpr std::size_t kChunk = 1024;  // frames produced at a time
 
  private:
+  bool Position(cAudioFile& file);
   std::size_t FromFile(cAudioFile& file, float* out, std::size_t frames);
   std::size_t FromResampler(cAudioFile& file, float* out, std::size_t frames);
   std::size_t FromStretcher(cAudioFile& file, float* out, std::size_t frames);
@@ -53,6 +54,7 @@ class VoiceStream {
 
   const PlayPlan m_plan;
   const std::size_t m_fileChannels;
+  const std::size_t m_outRate;
   const std::size_t m_outChannels;
   FrameRing m_ring;
   std::unique_ptr<Resampler> m_resampler;  // none at ratio 1
