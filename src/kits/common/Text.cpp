@@ -57,10 +57,19 @@ bool StartsWithIgnoringCase(std::string_view text, std::string_view start) {
 }
 
 std::size_t FindIgnoringCase(std::string_view text, std::string_view part, std::size_t from) {
-  if (from > text.size()) return std::string_view::npos;
-  const auto found = std::search(text.begin() + from, text.end(), part.begin(), part.end(), SameLetter);
-  if (found == text.end() && !part.empty()) return std::string_view::npos;
-  return static_cast<std::size_t>(found - text.begin());
+  if (from > text.size() || part.size() > text.size() - from) return std::string_view::npos;
+  if (part.empty()) return from;
+  // Whole items are looked through for each of their keys, so most of the time goes into the step from one
+  // possible beginning to the next.
+  const char lower = Lower(part[0]), upper = Upper(part[0]);
+  const std::string_view rest = part.substr(1);
+  const std::size_t last = text.size() - part.size();
+  for (std::size_t at = from; at <= last; ++at) {
+    if (lower == upper) at = text.find(lower, at);
+    if (at > last) break;
+    if (SameLetter(text[at], lower) && EqualIgnoringCase(text.substr(at + 1, rest.size()), rest)) return at;
+  }
+  return std::string_view::npos;
 }
 
 std::string_view GetDelimitedText(std::string_view text, std::size_t start, std::string_view delimiter,
