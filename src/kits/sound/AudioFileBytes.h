@@ -32,7 +32,7 @@ class AudioFileBytes {
   const std::uint8_t* View(std::int64_t position, std::size_t bytes);
 
  private:
-  static constexpr std::size_t windowBytes = 1 << 16;
+  static constexpr std::size_t windowBytes = 1 << 17;
   int m_descriptor = -1;
   std::int64_t m_size = 0;
   std::vector<std::uint8_t> m_window;

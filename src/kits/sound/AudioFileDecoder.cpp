@@ -160,7 +160,8 @@ void PacketReader::Drain() {
   m_blockStart = place;
 }
 
-// Appends what the decoder has ready. A block that is longer than its place loses its front.
+// All that the decoder has ready, as far as the place goes: the last packet of a stream may stand for less
+// than it holds.
 void PacketReader::TakeFrames(const AudioPacketPlace& place) {
   while (avcodec_receive_frame(m_codec.get(), m_frame.get()) >= 0) {
     if (m_block.empty()) {
@@ -169,9 +170,7 @@ void PacketReader::TakeFrames(const AudioPacketPlace& place) {
       m_block.insert(m_block.end(), m_part.begin(), m_part.end());
     }
   }
-  const std::size_t most = static_cast<std::size_t>(place.frames) * Channels();
-  if (m_block.size() > most)
-    m_block.erase(m_block.begin(), m_block.end() - static_cast<std::ptrdiff_t>(most));
+  m_block.resize(std::min(m_block.size(), static_cast<std::size_t>(place.frames) * Channels()));
 }
 
 }  // namespace

@@ -1,10 +1,11 @@
 #include <cstring>
 
 #include "kits/sound/AudioFileBytes.h"
-#include "kits/sound/AudioFileDemuxer.h"
 #include "kits/sound/AudioFileMpeg.h"
+#include "kits/sound/AudioFileOgg.h"
 #include "kits/sound/AudioFilePackets.h"
 #include "kits/sound/AudioFileWave.h"
+#include "kits/sound/AudioFileWma.h"
 #include "kits/sound/cAudioFile.h"
 
 namespace qm {

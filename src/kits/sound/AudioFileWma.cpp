@@ -1,0 +1,254 @@
+#include "kits/sound/AudioFileWma.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+#include "kits/common/LittleEndian.h"
+#include "kits/sound/AudioFileBytes.h"
+#include "kits/sound/AudioFileLibrary.h"
+#include "kits/sound/cAudioFile.h"
+
+namespace qm {
+
+namespace {
+
+constexpr int bufferBytes = 1 << 15;
+// The library keeps an index of its own; this holds its size down however long the file is.
+constexpr unsigned mostIndexBytes = 1 << 16;
+
+// A container opened by the library from our bytes alone: it never sees a path, and cannot open anything
+// else.
+class Container {
+ public:
+  explicit Container(std::shared_ptr<AudioFileBytes> bytes) : m_bytes(std::move(bytes)) {}
+  ~Container() {
+    if (m_context != nullptr) avformat_close_input(&m_context);
+    if (m_input != nullptr) av_freep(&m_input->buffer);
+    avio_context_free(&m_input);
+  }
+  Container(const Container&) = delete;
+  Container& operator=(const Container&) = delete;
+
+  int Open(const char* formatName);
+  AVStream* FindAudio(std::initializer_list<AVCodecID> codecs);
+  AVFormatContext* Context() const { return m_context; }
+
+ private:
+  static int ReadPacket(void* self, std::uint8_t* out, int bytes);
+  static std::int64_t SeekTo(void* self, std::int64_t offset, int whence);
+  static int RefuseOpen(AVFormatContext*, AVIOContext**, const char*, int, AVDictionary**) {
+    return AVERROR(EPERM);
+  }
+
+  std::shared_ptr<AudioFileBytes> m_bytes;
+  std::int64_t m_position = 0;
+  AVIOContext* m_input = nullptr;
+  AVFormatContext* m_context = nullptr;
+};
+
+int Container::ReadPacket(void* self, std::uint8_t* out, int bytes) {
+  auto& container = *static_cast<Container*>(self);
+  std::size_t got = container.m_bytes->ReadAt(container.m_position, out, static_cast<std::size_t>(bytes));
+  container.m_position += static_cast<std::int64_t>(got);
+  return got == 0 ? AVERROR_EOF : static_cast<int>(got);
+}
+
+std::int64_t Container::SeekTo(void* self, std::int64_t offset, int whence) {
+  auto& container = *static_cast<Container*>(self);
+  whence &= ~AVSEEK_FORCE;
+  if (whence == AVSEEK_SIZE) return container.m_bytes->Size();
+  if (whence == SEEK_CUR) offset += container.m_position;
+  if (whence == SEEK_END) offset += container.m_bytes->Size();
+  if (offset < 0) return AVERROR(EINVAL);
+  return container.m_position = offset;
+}
+
+int Container::Open(const char* formatName) {
+  const AVInputFormat* format = av_find_input_format(formatName);
+  if (format == nullptr) return AVERROR_DEMUXER_NOT_FOUND;
+  auto* buffer = static_cast<std::uint8_t*>(av_malloc(bufferBytes));
+  m_input = avio_alloc_context(buffer, bufferBytes, 0, this, ReadPacket, nullptr, SeekTo);
+  m_context = avformat_alloc_context();
+  if (m_input == nullptr || m_context == nullptr) return AVERROR(ENOMEM);
+  m_context->pb = m_input;
+  m_context->io_open = RefuseOpen;
+  m_context->max_index_size = mostIndexBytes;
+  return avformat_open_input(&m_context, "", format, nullptr);
+}
+
+// The first stream of these codecs; the others are not even read.
+AVStream* Container::FindAudio(std::initializer_list<AVCodecID> codecs) {
+  AVStream* found = nullptr;
+  for (unsigned i = 0; i < m_context->nb_streams; ++i) {
+    AVStream* stream = m_context->streams[i];
+    bool fits = std::find(codecs.begin(), codecs.end(), stream->codecpar->codec_id) != codecs.end();
+    if (fits && found == nullptr) found = stream;
+    stream->discard = stream == found ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+  }
+  return found;
+}
+
+class ContainerSource : public AudioPacketSource {
+ public:
+  explicit ContainerSource(std::shared_ptr<AudioFileBytes> bytes) : m_container(std::move(bytes)) {}
+
+  bool FillParameters(AVCodecParameters* parameters) const override {
+    return avcodec_parameters_copy(parameters, m_stream->codecpar) >= 0;
+  }
+
+ protected:
+  AudioFileError OpenStream(const char* format, std::initializer_list<AVCodecID> codecs, const char* what);
+
+  bool ReadPacket(AVPacket* packet) {
+    for (;;) {
+      av_packet_unref(packet);
+      if (av_read_frame(m_container.Context(), packet) < 0) return false;
+      if (packet->stream_index == m_stream->index && packet->size > 0) return true;
+    }
+  }
+
+  bool SeekBack(std::int64_t timestamp) {
+    return av_seek_frame(m_container.Context(), m_stream->index, timestamp, AVSEEK_FLAG_BACKWARD) >= 0;
+  }
+
+  Container m_container;
+  AVStream* m_stream = nullptr;
+};
+
+AudioFileError ContainerSource::OpenStream(const char* format, std::initializer_list<AVCodecID> codecs,
+                                           const char* what) {
+  SilenceLibrary();
+  if (int code = m_container.Open(format); code < 0)
+    return {afeDamaged, std::string("is not a readable ") + what + " file: " + LibraryErrorText(code)};
+  m_stream = m_container.FindAudio(codecs);
+  if (m_stream == nullptr) return {afeUnsupported, std::string("is a file that holds no ") + what + " audio"};
+  const AVCodecParameters& parameters = *m_stream->codecpar;
+  const int channels = parameters.ch_layout.nb_channels;
+  if (parameters.sample_rate < 1 || channels < 1 || channels > 8)
+    return {afeUnsupported, std::string("is a ") + what + " file of " +
+                                std::to_string(parameters.sample_rate) + " Hz and " +
+                                std::to_string(channels) + " channels"};
+  m_info.format.SetSampleRate(parameters.sample_rate);
+  m_info.format.SetChannels(channels);
+  m_info.format.SetBitRate(static_cast<std::int32_t>(parameters.bit_rate));
+  return {};
+}
+
+// Windows Media audio, versions 1 and 2. Timestamps are whole milliseconds, so places are counted, in frames
+// of the transform, by one walk over all packets.
+class WmaSource : public ContainerSource {
+ public:
+  using ContainerSource::ContainerSource;
+
+  AudioFileError Open();
+  const char* DecoderName() const override {
+    return m_stream->codecpar->codec_id == AV_CODEC_ID_WMAV1 ? "wmav1" : "wmav2";
+  }
+  bool Next(AVPacket* packet, AudioPacketPlace& place) override;
+  bool Position(std::int64_t rawFrame) override;
+
+ private:
+  struct Place {
+    std::int64_t timestamp, position, raw;
+  };
+
+  void ReadProperties();
+  std::int64_t FramesIn(const AVPacket& packet) const;
+  bool Scan();
+  bool GoTo(const Place& place);
+
+  static constexpr std::int64_t framesPerIndexEntry = 256;
+  std::int64_t m_transform = 0;  // frames of one transform
+  bool m_reservoir = false;      // transforms may run on into the next packet
+  std::vector<Place> m_index;
+  PacketPtr m_ahead{av_packet_alloc()};  // read, not yet given out
+  std::int64_t m_raw = 0;
+};
+
+void WmaSource::ReadProperties() {
+  const AVCodecParameters& parameters = *m_stream->codecpar;
+  const bool version1 = parameters.codec_id == AV_CODEC_ID_WMAV1;
+  const int rate = parameters.sample_rate;
+  m_transform = rate <= 16000 ? 512 : rate <= 22050 || (rate <= 32000 && version1) ? 1024 : 2048;
+  if (!version1 && rate > 48000) m_transform = rate <= 96000 ? 4096 : 8192;
+  const int flagsAt = version1 ? 2 : 4;
+  if (parameters.extradata_size >= flagsAt + 2)
+    m_reservoir = (LoadLittleEndian<std::uint16_t>(parameters.extradata + flagsAt) & 2) != 0;
+}
+
+AudioFileError WmaSource::Open() {
+  if (AudioFileError error = OpenStream("asf", {AV_CODEC_ID_WMAV1, AV_CODEC_ID_WMAV2}, "Windows Media"))
+    return error;
+  m_info.format.SetFormatType(aftWMA);
+  m_info.format.SetWMAProfile(std::to_string(m_info.format.SampleRate()) + "," +
+                              std::to_string(m_info.format.Channels()) + "," +
+                              std::to_string(m_info.format.BitRate()));
+  ReadProperties();
+  if (!m_ahead || !Scan()) return {afeDamaged, "holds no readable Windows Media audio"};
+  // The decoder's first two transforms are ahead of the audio; with a reservoir the very first is cut off as
+  // well.
+  m_info.delay = (m_reservoir ? 3 : 2) * m_transform;
+  m_info.preroll = 8 * m_transform;
+  m_info.rawAtDrain = m_raw;
+  m_info.length = std::max<std::int64_t>(0, m_raw + m_transform - m_info.delay);
+  return GoTo(m_index.front()) ? AudioFileError{} : AudioFileError{afeDamaged, "cannot be positioned"};
+}
+
+std::int64_t WmaSource::FramesIn(const AVPacket& packet) const {
+  const int block = m_stream->codecpar->block_align > 0 ? m_stream->codecpar->block_align : packet.size;
+  std::int64_t transforms = 0;
+  for (int at = 0; at + block <= packet.size; at += block)
+    transforms += m_reservoir ? packet.data[at] & 15 : 1;
+  return transforms * m_transform;
+}
+
+bool WmaSource::Scan() {
+  for (std::int64_t count = 0; ReadPacket(m_ahead.get()); ++count) {
+    if (count % framesPerIndexEntry == 0) m_index.push_back({m_ahead->pts, m_ahead->pos, m_raw});
+    m_raw += FramesIn(*m_ahead);
+  }
+  return !m_index.empty();
+}
+
+// Leaves the packet of that place as the next one.
+bool WmaSource::GoTo(const Place& place) {
+  m_raw = place.raw;
+  for (std::int64_t timestamp : {place.timestamp, m_index.front().timestamp}) {
+    if (!SeekBack(timestamp)) continue;
+    while (ReadPacket(m_ahead.get()))
+      if (m_ahead->pts == place.timestamp && m_ahead->pos == place.position) return true;
+  }
+  return false;
+}
+
+bool WmaSource::Next(AVPacket* packet, AudioPacketPlace& place) {
+  if (m_ahead->size == 0 && !ReadPacket(m_ahead.get())) return false;
+  av_packet_move_ref(packet, m_ahead.get());
+  place = {m_raw, FramesIn(*packet)};
+  m_raw += place.frames;
+  return true;
+}
+
+bool WmaSource::Position(std::int64_t rawFrame) {
+  auto behind = std::upper_bound(m_index.begin(), m_index.end(), rawFrame,
+                                 [](std::int64_t wanted, const Place& place) { return wanted < place.raw; });
+  if (!GoTo(behind == m_index.begin() ? m_index.front() : *std::prev(behind))) return false;
+  for (std::int64_t next = m_raw + FramesIn(*m_ahead); next <= rawFrame; next += FramesIn(*m_ahead)) {
+    m_raw = next;
+    if (!ReadPacket(m_ahead.get())) return true;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::unique_ptr<AudioPacketSource> MakeWmaSource(std::shared_ptr<AudioFileBytes> bytes,
+                                                 AudioFileError& error) {
+  auto source = std::make_unique<WmaSource>(std::move(bytes));
+  error = source->Open();
+  if (error) return nullptr;
+  return source;
+}
+
+}  // namespace qm
