@@ -121,8 +121,7 @@ void cBasePlayer::ResetSweeperVolumes() {
   if (!m_control) return;
   m_control->RemoveVolumeChange(pvcSweepStart);
   m_control->RemoveVolumeChange(pvcSweepEnd);
-  // Every close comes this way: one without a duck has nothing to tell about the volume.
-  if (m_control->Volume() != m_initialVolume) SetPlayVolume(m_initialVolume);
+  SetPlayVolume(m_initialVolume);
 }
 
 }  // namespace qm

@@ -169,6 +169,7 @@ bool cBasePlayer::LockPlayer() {
   if (!m_control || !CloseItem()) return operation.Exit("Not Closed");
   if (!m_control || (m_status != psClosed && !m_itemLost)) return operation.Exit("Opened Again");
   if (!Move(tsLock)) return operation.Exit("Not Ready");
+  if (m_itemLost) SetItem(nullptr);
   Report(peLocked);
   return true;
 }

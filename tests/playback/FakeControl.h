@@ -99,8 +99,9 @@ class FakeControl : public ctlVellanPlayer {
 
   float Volume() const override { return m_volume; }
   void SetVolume(float Percent) override {
+    const bool changes = Percent != m_volume;
     Keep("Volume", m_volume, Percent);
-    events.Volume(Percent);
+    if (changes) events.Volume(Percent);
   }
   float PlaySpeed() const override { return m_speed; }
   void SetPlaySpeed(float Speed) override {

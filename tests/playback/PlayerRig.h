@@ -10,6 +10,7 @@
 #include "contract/IPlayerCallback.h"
 #include "item/cHDItem.h"
 #include "kits/common/Clock.h"
+#include "kits/common/Files.h"
 #include "kits/common/Registry.h"
 #include "playback/FakeControl.h"
 #include "playback/cBasePlayer.h"
@@ -44,7 +45,7 @@ inline const TempFolder& AudioFolder() {
 // 100 seconds: intro 1 to 10, hook 20 to 30, extro at 90.
 inline std::shared_ptr<cHDItem> MakeItem(const std::string& reference) {
   const std::string file = AudioFolder().File(reference + ".wav");
-  WriteBytes(file, "audio");
+  if (!FileExists(file)) WriteBytes(file, "audio");
   auto item = std::make_shared<cHDItem>();
   item->SetReference(reference);
   item->SetAudioFileName(file);

@@ -253,7 +253,7 @@ TEST(Transport, TerminatedPlayerSaysNothingAndRefusesAll) {
   rig.player->TerminatePlayer();
   EXPECT_EQ(rig.TakeHeard() + rig.owner->heard, "");
   EXPECT_EQ(rig.script->control, nullptr);
-  EXPECT_EQ(rig.script->TakeCalls(), "RemoveVolumeChange(1) RemoveVolumeChange(2) Close");
+  EXPECT_EQ(rig.script->TakeCalls(), "RemoveVolumeChange(1) RemoveVolumeChange(2) Volume(100) Close");
   EXPECT_EQ(rig.player->Reference(), 0);
   EXPECT_EQ(rig.player->Status(), psClosed);
   EXPECT_EQ(rig.player->PlayerCallback(), nullptr);

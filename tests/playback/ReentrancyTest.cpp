@@ -1,0 +1,252 @@
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "playback/PlayerRig.h"
+
+namespace qm::test {
+namespace {
+
+// Two players whose listeners call anything from anywhere, over controls that fail now and then.
+class WildWalk {
+ public:
+  enum class UnLocking { No, Yes };
+
+  WildWalk(std::uint32_t seed, UnLocking unlocking) : m_random(seed), m_unlocking(unlocking) {
+    for (auto& rig : m_rigs) Renew(rig);
+  }
+
+  void Step() {
+    for (auto& rig : m_rigs) {
+      if (!rig->player || !rig->script->control) Renew(rig);
+      static const char* const kFailing[] = {"Open", "Cue",   "Play",           "Pause",
+                                             "Seek", "Close", "AddVolumeChange"};
+      rig->script->failing.clear();
+      if (Chance(6)) rig->script->failing.insert(kFailing[Pick(std::size(kFailing))]);
+      static const std::int32_t kQueries[] = {peQueryOpen, peQueryCue,   peQueryPlay,    peQueryPause,
+                                              peQuerySeek, peQueryClose, peLinkQueryPlay};
+      rig->veto = Chance(8) ? kQueries[Pick(std::size(kQueries))] : 0;
+      rig->heard.clear();
+    }
+    Act();
+    for (auto& rig : m_rigs) Check(*rig);
+  }
+
+  // Whatever has happened, a player that is unlocked can play a fresh item and close it.
+  void Recover() {
+    m_quiet = true;
+    for (auto& rig : m_rigs) {
+      if (!rig->player || !rig->script->control) Renew(rig);
+      rig->veto = 0;
+      rig->script->failing.clear();
+      rig->player->RemoveSweeperPlayerLink(false);
+      if (rig->player->Status() == psLocked) rig->player->UnLockPlayer();
+      const auto fresh = MakeItem("fresh");
+      EXPECT_TRUE(rig->player->PlayItem(fresh)) << rig->heard;
+      EXPECT_TRUE(rig->player->SeekItem(70)) << rig->heard;
+      EXPECT_TRUE(rig->player->CloseItem()) << rig->heard;
+      EXPECT_EQ(rig->player->HDItem(), nullptr);
+    }
+    m_quiet = false;
+  }
+
+  int Reentries() const { return m_reentries; }
+
+ private:
+  std::size_t Pick(std::size_t count) { return m_random() % count; }
+  bool Chance(std::size_t outOf) { return Pick(outOf) == 0; }
+
+  void Renew(std::unique_ptr<PlayerRig>& rig) {
+    rig = std::make_unique<PlayerRig>();
+    rig->script->tellErrors = true;
+    rig->owner->settings->SetUsePlayerDucking(Chance(2));
+    rig->onEvent = [this, raw = rig.get()](std::int32_t event) { OnEvent(*raw, event); };
+  }
+
+  void OnEvent(PlayerRig& rig, std::int32_t event) {
+    if (!rig.player) return;
+    const enPlayerStatus status = rig.player->Status();
+    if (event == pePlaying || event == pePaused || event == peClosed || event == peLocked) {
+      EXPECT_EQ(status, event) << rig.heard;  // these events and their statuses have the same numbers
+    }
+    if (event == peClosed) {
+      EXPECT_EQ(rig.player->HDItem(), nullptr) << rig.heard;
+    }
+    if (m_quiet || m_depth >= 4 || !Chance(3)) return;
+    ++m_reentries;
+    ++m_depth;
+    Act();
+    --m_depth;
+  }
+
+  void Act() {
+    PlayerRig& rig = *m_rigs[Pick(2)];
+    if (!rig.player || !rig.script->control) return;
+    const std::size_t what = Pick(10);
+    if (what < 6) return Operate(rig);
+    if (what < 8) return Notify(rig);
+    what == 8 ? Change(rig) : Link(rig);
+  }
+
+  void Operate(PlayerRig& rig) {
+    const auto& operation = Operations()[Pick(Operations().size())];
+    if (m_unlocking == UnLocking::Yes || operation.name != std::string("UnLock()") ||
+        rig.player->Status() == psLocked)
+      operation.run(rig);
+  }
+
+  void Notify(PlayerRig& rig) {
+    rig.script->position = static_cast<float>(Pick(101));
+    auto& control = rig.Control();
+    static const std::int32_t kMarks[] = {21, 31, 42, 61, 5};
+    switch (Pick(7)) {
+      case 0:
+        return control.Position();
+      case 1:
+        return control.VolumeNotify(pvcFadeOut);
+      case 2:
+        return control.AudioEnd();
+      case 3:
+        return control.Level(1, 2);
+      case 4:
+        return control.Error(1, "gone");
+      default:
+        return control.Mark(kMarks[Pick(std::size(kMarks))], 0);
+    }
+  }
+
+  void Change(PlayerRig& rig) {
+    auto& player = *rig.player;
+    switch (Pick(9)) {
+      case 0:
+        return player.SetInitialVolume(static_cast<std::int16_t>(Pick(101)));
+      case 1:
+        return player.SetPlayVolume(static_cast<std::int16_t>(Pick(101)));
+      case 2:
+        return player.SetPlayHookMode(Chance(2));
+      case 3:
+        return player.SetReservation(1, "x");
+      case 4:
+        return player.ClearReservation();
+      case 5:
+        player.Fade(5, 1, pvcFadeOut);
+        return;
+      case 6:
+        return Chance(3) ? player.TerminatePlayer() : void();
+      case 7:
+        return Chance(3) ? rig.player.reset() : void();
+      default:
+        player.ChangeHDItemParameter(static_cast<enChangeHDItemParam>(1 + Pick(11)),
+                                     static_cast<float>(Pick(101)));
+    }
+  }
+
+  void Link(PlayerRig& rig) {
+    const auto other = m_rigs[rig.player == m_rigs[0]->player ? 1 : 0]->player;
+    if (Chance(4)) return rig.player->RemoveSweeperPlayerLink(Chance(2));
+    if (Chance(4)) return rig.player->ClearPlayerLink();
+    rig.player->AddSweeperPlayerLink(other);
+  }
+
+  void Check(PlayerRig& rig) {
+    if (!rig.player) return;
+    const enPlayerStatus status = rig.player->Status();
+    const bool open = status != psClosed && status != psLocked;
+    if (open || m_unlocking == UnLocking::No) {
+      EXPECT_EQ(rig.player->HDItem() != nullptr, open) << rig.heard;
+    }
+    if (rig.script->control == nullptr) {
+      EXPECT_EQ(rig.player->HDItem(), nullptr) << rig.heard;
+    }
+  }
+
+  std::mt19937 m_random;
+  UnLocking m_unlocking;
+  std::unique_ptr<PlayerRig> m_rigs[2];
+  int m_depth = 0, m_reentries = 0;
+  bool m_quiet = false;
+};
+
+TEST(Reentrancy, AnyListenerMayCallAnything) {
+  for (const auto unlocking : {WildWalk::UnLocking::No, WildWalk::UnLocking::Yes}) {
+    WildWalk walk(20240517, unlocking);
+    for (int step = 0; step < 6000; ++step) {
+      walk.Step();
+      if (step % 50 == 49) walk.Recover();
+      if (testing::Test::HasFailure()) FAIL() << "at step " << step;
+    }
+    EXPECT_GT(walk.Reentries(), 3000);
+  }
+}
+
+// One listener, one answer, at each event of a play on a player with an open item.
+TEST(Reentrancy, AnOperationEndsWhenItsItemIsGone) {
+  const struct {
+    std::int32_t at;
+    const char* answer;
+    const char* operation;
+    bool result;
+    enPlayerStatus status;
+    const char* heard;
+  } rows[] = {
+      {peQueryCue, "Close()", "Cue()", false, psClosed, "QueryCue(a) QueryClose(a) Closing Closed"},
+      {peQueryCue, "Open(b)", "Cue()", false, psOpen,
+       "QueryCue(a) QueryOpen(b) QueryClose(a) Closing Closed Opening Opened"},
+      {peQueryPlay, "Lock()", "Play()", false, psLocked, "QueryPlay(a) QueryClose(a) Closing Closed Locked"},
+      {peQueryPlay, "Close()", "Play(b)", true, psPlaying,
+       "QueryPlay(b) QueryClose(a) Closing Closed QueryOpen(b) Opening Opened QueryCue(b) Cued Playing=0/-1"},
+      {peCued, "Close()", "Play()", false, psClosed,
+       "QueryPlay(a) QueryCue(a) Cued QueryClose(a) Closing Closed"},
+      {peOpened, "Close()", "Play(b)", false, psClosed,
+       "QueryPlay(b) QueryOpen(b) QueryClose(a) Closing Closed Opening Opened QueryClose(b) Closing Closed"},
+      {peOpening, "Lock()", "Open(b)", false, psLocked,
+       "QueryOpen(b) QueryClose(a) Closing Closed Opening Locked"},
+      {peOpening, "Open(b)", "Open(b)", true, psOpen,
+       "QueryOpen(b) QueryClose(a) Closing Closed Opening Opened"},
+      {peQuerySeek, "Seek(50)", "Seek(50)", true, psPaused, "QuerySeek(a)=50 Paused"},
+      {peClosing, "Close()", "Close()", true, psClosed, "QueryClose(a) Closing Closed"},
+      {peClosing, "Lock()", "Close()", true, psClosed, "QueryClose(a) Closing Closed"},
+      {peClosing, "Open(b)", "Close()", true, psClosed, "QueryClose(a) Closing QueryOpen(b) Closed"},
+      {peClosed, "Open(b)", "Lock()", false, psOpen,
+       "QueryClose(a) Closing Closed QueryOpen(b) Opening Opened"},
+      {peQueryClose, "UnLock()", "Close()", true, psClosed, "QueryClose(a) UnLocked"},
+  };
+  for (const auto& row : rows) {
+    PlayerRig rig;
+    rig.GoTo(psOpen);
+    bool answered = false;
+    rig.onEvent = [&](std::int32_t event) {
+      if (event != row.at || answered) return;
+      answered = true;
+      RunNamed(rig, row.answer);
+    };
+    EXPECT_EQ(RunNamed(rig, row.operation), row.result) << row.operation << " with " << row.answer;
+    EXPECT_TRUE(answered);
+    EXPECT_EQ(rig.player->Status(), row.status) << row.operation << " with " << row.answer;
+    EXPECT_EQ(rig.TakeHeard(), row.heard);
+  }
+}
+
+TEST(Reentrancy, TheLastHolderMayLetGoInAnyEvent) {
+  PlayerRig probe;
+  probe.player->PlayItem(probe.a);
+  probe.player->CloseItem();
+  int events = 0;
+  for (int at = 1; at <= 10; ++at) {
+    PlayerRig rig;
+    int heard = 0;
+    rig.onEvent = [&](std::int32_t) {
+      if (++heard == at) rig.player.reset();
+    };
+    const std::weak_ptr<cBasePlayer> player = rig.player;
+    rig.player->PlayItem(rig.a);
+    if (rig.player) rig.player->CloseItem();
+    events += heard;
+    EXPECT_TRUE(player.expired()) << at;
+    EXPECT_EQ(rig.script->control, nullptr) << at;
+  }
+  EXPECT_GT(events, 10);
+}
+
+}  // namespace
+}  // namespace qm::test
