@@ -1,0 +1,106 @@
+#include "cli/LiveView.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "cli/Failure.h"
+#include "cli/LivePicture.h"
+#include "cli/PlayRun.h"
+#include "cli/Terminal.h"
+#include "cli/TerminalText.h"
+#include "item/cHDItem.h"
+#include "kits/common/Text.h"
+#include "kits/sound/cAudioFormat.h"
+#include "playback/cBasePlayer.h"
+
+namespace qm::cli {
+
+namespace {
+
+constexpr auto kInterval = std::chrono::milliseconds(50);
+
+// By the rules of locales: the first of these that is set decides.
+bool TerminalTakesUnicode() {
+  for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+    const char* value = std::getenv(name);
+    if (value && *value) return ContainsIgnoringCase(value, "utf-8") || ContainsIgnoringCase(value, "utf8");
+  }
+  return false;
+}
+
+void TakeItem(const cHDItem& item, LiveState& state) {
+  state.title = item.FullDescription();
+  state.format = item.AudioFormat()->FormatDescription();
+  state.audioStart = item.AudioStart(1);
+  state.introStart = item.IntroStart(1);
+  state.introEnd = item.IntroEnd(1);
+  state.extro = item.Extro(1);
+  state.audioEnd = item.AudioEnd(1);
+}
+
+LiveState StateOf(const PlayRun& run, const AudioEngine& engine) {
+  const cBasePlayer& player = run.Player();
+  LiveState state;
+  if (const auto item = player.HDItem()) TakeItem(*item, state);
+  state.item = run.ItemNumber();
+  state.items = run.ItemCount();
+  state.status = player.Status();
+  state.section = player.Section();
+  state.position = player.SecondsPlayed();
+  state.remaining = player.SecondsRemaining();
+  state.remainingExtro = player.SecondsRemainingExtro();
+  state.inLoop = player.InLoop();
+  state.fading = player.FadeActive();
+  state.volume = player.PlayVolume();
+  state.misses = engine.CountMisses();
+  return state;
+}
+
+}  // namespace
+
+LiveView::LiveView(const PlayRun& run, const AudioEngine& engine, const Terminal& terminal)
+    : m_run(run), m_engine(engine), m_terminal(terminal), m_unicode(TerminalTakesUnicode()) {}
+
+void LiveView::Hear(const HeardEvent& heard) {
+  if (heard.event != peAudioLevelChanged) return;
+  m_left = static_cast<std::int16_t>(heard.sValue1);
+  m_right = static_cast<std::int16_t>(heard.sValue2);
+}
+
+void LiveView::Refresh() {
+  if (Clock::now() >= m_next) Draw();
+}
+
+void LiveView::Draw() {
+  m_next = Clock::now() + kInterval;
+  LiveState state = StateOf(m_run, m_engine);
+  if (state.status == psPlaying) {
+    state.left = m_left;
+    state.right = m_right;
+  }
+  const std::size_t width = m_terminal.Width();
+  std::string text = ToBlockStart(width);
+  m_widths.clear();
+  // The last cell stays free: some terminals wrap when it is written.
+  for (const std::string& line : DrawLive(state, std::max<std::size_t>(width, 2) - 1, m_unicode)) {
+    text += line + "\x1b[K\n";
+    m_widths.push_back(TextWidth(line));
+  }
+  m_terminal.Write(text + "\x1b[J");
+}
+
+// A terminal that has become narrower since has wrapped the lines.
+std::string LiveView::ToBlockStart(std::size_t width) const {
+  std::size_t rows = 0;
+  for (std::size_t cells : m_widths) rows += std::max<std::size_t>(1, (cells + width - 1) / width);
+  return rows > 0 ? "\r\x1b[" + std::to_string(rows) + "A" : "\r";
+}
+
+void LiveView::Tell(const std::string& text) {
+  m_terminal.Write(ToBlockStart(m_terminal.Width()) + "\x1b[J");
+  Leave();
+  TellFailure(text);
+  Draw();
+}
+
+}  // namespace qm::cli

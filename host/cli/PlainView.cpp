@@ -1,0 +1,77 @@
+#include "cli/PlainView.h"
+
+#include <fmt/format.h>
+
+#include <cstdio>
+
+#include "cli/PlayRun.h"
+#include "contract/PlayerVocabulary.h"
+#include "item/cHDItem.h"
+#include "kits/common/Dates.h"
+#include "kits/sound/cAudioFormat.h"
+#include "kits/sound/ctlVellanPlayer.h"
+#include "playback/cBasePlayer.h"
+
+namespace qm::cli {
+
+namespace {
+
+struct Words {
+  std::int32_t event;
+  const char* words;
+  bool fadeOnly = false;
+};
+
+constexpr Words kWords[] = {
+    {peOpened, "opened"},
+    {peCued, "cued"},
+    {pePlaying, "playing"},
+    {pePaused, "paused"},
+    {peIntroStartReached, "intro start"},
+    {peIntroEndReached, "intro end"},
+    {peHookStartReached, "hook start"},
+    {peHookEndReached, "hook end"},
+    {peLoopRestart, "loop restart"},
+    {peLoopCompleted, "loop completed"},
+    {peExtroReached, "extro"},
+    {peVolumeChangeStartNotify, "fade begins", true},
+    {peFadingOut, "fading out"},
+    {peVolumeChangeEndNotify, "fade ends", true},
+    {peAudioEndReached, "audio end"},
+    {peClosed, "closed"},
+};
+
+std::string TimeText(double seconds) {
+  return SecondsToText(seconds, ettDuration, true);
+}
+
+std::string ItemText(const PlayRun& run, const cHDItem& item) {
+  return fmt::format("{}/{}  {}  ({}, {})", run.ItemNumber(), run.ItemCount(), item.FullDescription(),
+                     item.AudioFormat()->FormatDescription(), TimeText(item.TotalLength()));
+}
+
+}  // namespace
+
+const char* EventWords(const HeardEvent& heard) {
+  for (const Words& row : kWords)
+    if (row.event == heard.event && (!row.fadeOnly || heard.sValue1 == static_cast<float>(pvcFadeOut)))
+      return row.words;
+  return "";
+}
+
+void PlainView::Hear(const HeardEvent& heard) {
+  const char* words = EventWords(heard);
+  // An item that could not be opened is closed as well.
+  if (!*words || (heard.event == peClosed && !m_open)) return;
+  m_open = heard.event != peClosed;
+  const cBasePlayer& player = m_run.Player();
+  std::string detail;
+  if (heard.event == peOpened && player.HDItem())
+    detail = ItemText(m_run, *player.HDItem());
+  else if (m_open && player.Control())
+    detail = "at " + TimeText(player.Control()->SecondsPlayed());
+  fmt::print("{:>10}  {:<15}{}\n", TimeText(heard.Seconds()), words, detail);
+  std::fflush(stdout);
+}
+
+}  // namespace qm::cli
