@@ -5,8 +5,9 @@
 add_library(qm_flags INTERFACE)
 target_compile_options(qm_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Werror)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  # GCC 12 reports these inside the standard library at -O2.
-  target_compile_options(qm_flags INTERFACE -Wno-restrict -Wno-maybe-uninitialized)
+  # GCC 12 reports these inside the standard library when it optimises.
+  target_compile_options(qm_flags INTERFACE -Wno-restrict -Wno-maybe-uninitialized -Wno-array-bounds
+    -Wno-stringop-overflow)
 endif()
 if(QM_SANITIZE)
   target_compile_options(qm_flags INTERFACE -fsanitize=${QM_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
