@@ -7,7 +7,7 @@ target_compile_options(qm_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wco
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # GCC 12 reports these inside the standard library when it optimises.
   target_compile_options(qm_flags INTERFACE -Wno-restrict -Wno-maybe-uninitialized -Wno-array-bounds
-    -Wno-stringop-overflow)
+    -Wno-stringop-overflow -Wno-stringop-overread)
 endif()
 if(QM_SANITIZE)
   target_compile_options(qm_flags INTERFACE -fsanitize=${QM_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
