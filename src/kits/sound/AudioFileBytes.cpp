@@ -55,7 +55,10 @@ std::size_t AudioFileBytes::ReadAt(std::int64_t position, void* out, std::size_t
     ssize_t got = pread(m_descriptor, static_cast<char*>(out) + done, bytes - done,
                         position + static_cast<std::int64_t>(done));
     if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) break;
+    if (got <= 0) {
+      m_failed = true;
+      break;
+    }
     done += static_cast<std::size_t>(got);
   }
   return done;

@@ -23,6 +23,8 @@ class AudioFileBytes {
 
   AudioFileError Open(const std::string& path);
   std::int64_t Size() const { return m_size; }
+  // The system has failed to read bytes that were there at opening.
+  bool Failed() const { return m_failed; }
 
   // Fewer bytes than asked for only at the end, or when the system failed to read.
   std::size_t ReadAt(std::int64_t position, void* out, std::size_t bytes) const;
@@ -35,6 +37,7 @@ class AudioFileBytes {
   static constexpr std::size_t windowBytes = 1 << 17;
   int m_descriptor = -1;
   std::int64_t m_size = 0;
+  mutable bool m_failed = false;
   std::vector<std::uint8_t> m_window;
   std::int64_t m_windowStart = 0;
   std::size_t m_windowFilled = 0;

@@ -2,6 +2,7 @@
 #include <cstring>
 #include <vector>
 
+#include "kits/sound/AudioFileBytes.h"
 #include "kits/sound/AudioFileLibrary.h"
 #include "kits/sound/AudioFilePackets.h"
 #include "kits/sound/AudioFileSamples.h"
@@ -103,6 +104,10 @@ std::size_t PacketReader::Read(float* interleaved, std::size_t frames) {
     const auto blockFrames = static_cast<std::int64_t>(m_block.size() / Channels());
     if (raw >= m_blockStart + blockFrames) {
       if (NextBlock()) continue;
+      if (m_source->ReadFailed()) {
+        m_error = {afeDamaged, "cannot be read further"};
+        return done;
+      }
       m_blockStart = m_length + delay;  // nothing more comes: silence up to the end
     }
     auto part = static_cast<std::int64_t>(frames - done);
@@ -174,6 +179,10 @@ void PacketReader::TakeFrames(const AudioPacketPlace& place) {
 }
 
 }  // namespace
+
+bool AudioPacketSource::ReadFailed() const {
+  return m_bytes->Failed();
+}
 
 std::unique_ptr<AudioFileReader> MakePacketReader(std::unique_ptr<AudioPacketSource> source,
                                                   AudioFileError& error) {

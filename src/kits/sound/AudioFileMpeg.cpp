@@ -78,13 +78,11 @@ std::int64_t EndWithoutTags(AudioFileBytes& bytes, std::int64_t start, std::int6
 class MpegSource : public AudioPacketSource {
  public:
   MpegSource(std::shared_ptr<AudioFileBytes> bytes, std::int64_t end, std::uint32_t kind)
-      : m_bytes(std::move(bytes)), m_walker(*m_bytes, end, kind) {}
+      : AudioPacketSource(std::move(bytes)), m_walker(*m_bytes, end, kind) {}
 
   bool Open(std::int64_t start);
 
-  const char* DecoderName() const override {
-    return m_info.format.FormatType() == aftMP2 ? "mp2float" : "mp3float";
-  }
+  const char* DecoderName() const override { return m_header.layer == 2 ? "mp2float" : "mp3float"; }
   bool FillParameters(AVCodecParameters* parameters) const override;
   bool Next(AVPacket* packet, AudioPacketPlace& place) override;
   bool Position(std::int64_t rawFrame) override;
@@ -100,7 +98,6 @@ class MpegSource : public AudioPacketSource {
   void Scan(std::int64_t& averageBitRate);
   void DescribeFormat(std::int64_t averageBitRate);
 
-  std::shared_ptr<AudioFileBytes> m_bytes;
   MpegFrameWalker m_walker;
   std::vector<Place> m_index;  // a frame's start every few seconds
   StreamTag m_tag;
@@ -183,7 +180,7 @@ void MpegSource::DescribeFormat(std::int64_t averageBitRate) {
 
 bool MpegSource::FillParameters(AVCodecParameters* parameters) const {
   parameters->codec_type = AVMEDIA_TYPE_AUDIO;
-  parameters->codec_id = m_info.format.FormatType() == aftMP2 ? AV_CODEC_ID_MP2 : AV_CODEC_ID_MP3;
+  parameters->codec_id = m_header.layer == 2 ? AV_CODEC_ID_MP2 : AV_CODEC_ID_MP3;
   parameters->sample_rate = m_info.format.SampleRate();
   av_channel_layout_default(&parameters->ch_layout, m_info.format.Channels());
   return true;

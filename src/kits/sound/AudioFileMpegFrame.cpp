@@ -48,10 +48,15 @@ bool ParseMpegFrameHeader(const std::uint8_t* bytes, MpegFrameHeader& header) {
   return true;
 }
 
+// Leaves the header alone when there is none of the kind.
 bool MpegFrameWalker::HeaderAt(std::int64_t position, MpegFrameHeader& header) {
   if (position + 4 > m_end) return false;
   const std::uint8_t* bytes = m_bytes.View(position, 4);
-  return bytes != nullptr && ParseMpegFrameHeader(bytes, header) && (m_kind == 0 || header.kind == m_kind);
+  MpegFrameHeader found;
+  if (bytes == nullptr || !ParseMpegFrameHeader(bytes, found) || (m_kind != 0 && found.kind != m_kind))
+    return false;
+  header = found;
+  return true;
 }
 
 int MpegFrameWalker::Chain(std::int64_t position, int most) {

@@ -26,7 +26,7 @@ constexpr std::size_t mostUncounted = 4096;
 // counts in the pages give every packet its place, whatever is missing before it.
 class OggSource : public AudioPacketSource {
  public:
-  explicit OggSource(std::shared_ptr<AudioFileBytes> bytes) : m_bytes(std::move(bytes)) {}
+  explicit OggSource(std::shared_ptr<AudioFileBytes> bytes) : AudioPacketSource(std::move(bytes)) {}
 
   AudioFileError Open();
   const char* DecoderName() const override { return "vorbis"; }
@@ -56,7 +56,6 @@ class OggSource : public AudioPacketSource {
   void PlacePackets(const OggPage& page);
   const std::vector<std::uint8_t>* HeaderDue();
 
-  std::shared_ptr<AudioFileBytes> m_bytes;
   std::vector<OggLink> m_links;
   std::vector<Entry> m_index;
   std::size_t m_link = 0;   // the one that reading is in

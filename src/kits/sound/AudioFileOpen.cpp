@@ -1,5 +1,6 @@
 #include <cstring>
 
+#include "kits/sound/AudioFileAdpcm.h"
 #include "kits/sound/AudioFileBytes.h"
 #include "kits/sound/AudioFileMpeg.h"
 #include "kits/sound/AudioFileOgg.h"
@@ -27,6 +28,34 @@ Reader FromSource(std::unique_ptr<AudioPacketSource> source, AudioFileError& err
   return source ? MakePacketReader(std::move(source), error) : nullptr;
 }
 
+std::unique_ptr<AudioPacketSource> CompressedWaveSource(std::shared_ptr<AudioFileBytes> bytes,
+                                                        const WaveHeader& header) {
+  switch (header.formatTag) {
+    case wftMPEG:
+    case wftMPEGLayer3:
+      return MakeMpegSource(std::move(bytes), header.dataStart, header.dataStart + header.dataBytes);
+    case wftMicrosoftADPCM:
+    case wftImaADPCM:
+      return MakeAdpcmSource(std::move(bytes), header);
+    default:
+      return nullptr;
+  }
+}
+
+Reader OpenCompressedWave(Bytes bytes, const WaveHeader& header, AudioFileError& error) {
+  auto source = CompressedWaveSource(std::move(bytes), header);
+  if (!source) {
+    error = {afeUnsupported,
+             "is a WAV file of an unknown coding (tag " + std::to_string(header.formatTag) + ")"};
+    return nullptr;
+  }
+  cAudioFormat format = source->Info().format;
+  format.SetFormatType(aftWAV);
+  format.SetWAVFormatTag(header.formatTag);
+  source->SetFormat(format);
+  return MakePacketReader(std::move(source), error);
+}
+
 Reader OpenWave(Bytes bytes, CompressedAudio compressed, AudioFileError& error) {
   WaveHeader header;
   error = ReadWaveHeader(*bytes, header);
@@ -35,7 +64,9 @@ Reader OpenWave(Bytes bytes, CompressedAudio compressed, AudioFileError& error) 
     error = {afeCompressed, "is a WAV file that holds compressed audio"};
     return nullptr;
   }
-  return MakeWaveReader(std::move(bytes), header, error);
+  SampleCoding coding{};
+  if (header.IsStored() || WaveCoding(header, coding)) return MakeWaveReader(std::move(bytes), header, error);
+  return OpenCompressedWave(std::move(bytes), header, error);
 }
 
 Reader OpenOgg(Bytes bytes, CompressedAudio, AudioFileError& error) {

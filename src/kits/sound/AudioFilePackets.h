@@ -26,9 +26,12 @@ struct AudioPacketSourceInfo {
 
 class AudioPacketSource {
  public:
+  explicit AudioPacketSource(std::shared_ptr<AudioFileBytes> bytes) : m_bytes(std::move(bytes)) {}
   virtual ~AudioPacketSource() = default;
 
   const AudioPacketSourceInfo& Info() const { return m_info; }
+  // For audio inside of another type of file.
+  void SetFormat(const cAudioFormat& format) { m_info.format = format; }
 
   // Name of the decoder and what it must know.
   virtual const char* DecoderName() const = 0;
@@ -40,7 +43,11 @@ class AudioPacketSource {
   // Next gives a packet that begins at or before the raw frame (or the first one).
   virtual bool Position(std::int64_t rawFrame) = 0;
 
+  // Packets ended because the system failed to read the file.
+  bool ReadFailed() const;
+
  protected:
+  const std::shared_ptr<AudioFileBytes> m_bytes;
   AudioPacketSourceInfo m_info;
 };
 

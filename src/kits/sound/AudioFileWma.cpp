@@ -21,7 +21,7 @@ constexpr unsigned mostIndexBytes = 1 << 16;
 // else.
 class Container {
  public:
-  explicit Container(std::shared_ptr<AudioFileBytes> bytes) : m_bytes(std::move(bytes)) {}
+  explicit Container(AudioFileBytes& bytes) : m_bytes(bytes) {}
   ~Container() {
     if (m_context != nullptr) avformat_close_input(&m_context);
     if (m_input != nullptr) av_freep(&m_input->buffer);
@@ -41,7 +41,7 @@ class Container {
     return AVERROR(EPERM);
   }
 
-  std::shared_ptr<AudioFileBytes> m_bytes;
+  AudioFileBytes& m_bytes;
   std::int64_t m_position = 0;
   AVIOContext* m_input = nullptr;
   AVFormatContext* m_context = nullptr;
@@ -49,7 +49,7 @@ class Container {
 
 int Container::ReadPacket(void* self, std::uint8_t* out, int bytes) {
   auto& container = *static_cast<Container*>(self);
-  std::size_t got = container.m_bytes->ReadAt(container.m_position, out, static_cast<std::size_t>(bytes));
+  std::size_t got = container.m_bytes.ReadAt(container.m_position, out, static_cast<std::size_t>(bytes));
   container.m_position += static_cast<std::int64_t>(got);
   return got == 0 ? AVERROR_EOF : static_cast<int>(got);
 }
@@ -57,9 +57,9 @@ int Container::ReadPacket(void* self, std::uint8_t* out, int bytes) {
 std::int64_t Container::SeekTo(void* self, std::int64_t offset, int whence) {
   auto& container = *static_cast<Container*>(self);
   whence &= ~AVSEEK_FORCE;
-  if (whence == AVSEEK_SIZE) return container.m_bytes->Size();
+  if (whence == AVSEEK_SIZE) return container.m_bytes.Size();
   if (whence == SEEK_CUR) offset += container.m_position;
-  if (whence == SEEK_END) offset += container.m_bytes->Size();
+  if (whence == SEEK_END) offset += container.m_bytes.Size();
   if (offset < 0) return AVERROR(EINVAL);
   return container.m_position = offset;
 }
@@ -89,61 +89,19 @@ AVStream* Container::FindAudio(std::initializer_list<AVCodecID> codecs) {
   return found;
 }
 
-class ContainerSource : public AudioPacketSource {
- public:
-  explicit ContainerSource(std::shared_ptr<AudioFileBytes> bytes) : m_container(std::move(bytes)) {}
-
-  bool FillParameters(AVCodecParameters* parameters) const override {
-    return avcodec_parameters_copy(parameters, m_stream->codecpar) >= 0;
-  }
-
- protected:
-  AudioFileError OpenStream(const char* format, std::initializer_list<AVCodecID> codecs, const char* what);
-
-  bool ReadPacket(AVPacket* packet) {
-    for (;;) {
-      av_packet_unref(packet);
-      if (av_read_frame(m_container.Context(), packet) < 0) return false;
-      if (packet->stream_index == m_stream->index && packet->size > 0) return true;
-    }
-  }
-
-  bool SeekBack(std::int64_t timestamp) {
-    return av_seek_frame(m_container.Context(), m_stream->index, timestamp, AVSEEK_FLAG_BACKWARD) >= 0;
-  }
-
-  Container m_container;
-  AVStream* m_stream = nullptr;
-};
-
-AudioFileError ContainerSource::OpenStream(const char* format, std::initializer_list<AVCodecID> codecs,
-                                           const char* what) {
-  SilenceLibrary();
-  if (int code = m_container.Open(format); code < 0)
-    return {afeDamaged, std::string("is not a readable ") + what + " file: " + LibraryErrorText(code)};
-  m_stream = m_container.FindAudio(codecs);
-  if (m_stream == nullptr) return {afeUnsupported, std::string("is a file that holds no ") + what + " audio"};
-  const AVCodecParameters& parameters = *m_stream->codecpar;
-  const int channels = parameters.ch_layout.nb_channels;
-  if (parameters.sample_rate < 1 || channels < 1 || channels > 8)
-    return {afeUnsupported, std::string("is a ") + what + " file of " +
-                                std::to_string(parameters.sample_rate) + " Hz and " +
-                                std::to_string(channels) + " channels"};
-  m_info.format.SetSampleRate(parameters.sample_rate);
-  m_info.format.SetChannels(channels);
-  m_info.format.SetBitRate(static_cast<std::int32_t>(parameters.bit_rate));
-  return {};
-}
-
 // Windows Media audio, versions 1 and 2. Timestamps are whole milliseconds, so places are counted, in frames
 // of the transform, by one walk over all packets.
-class WmaSource : public ContainerSource {
+class WmaSource : public AudioPacketSource {
  public:
-  using ContainerSource::ContainerSource;
+  explicit WmaSource(std::shared_ptr<AudioFileBytes> bytes)
+      : AudioPacketSource(std::move(bytes)), m_container(*m_bytes) {}
 
   AudioFileError Open();
   const char* DecoderName() const override {
     return m_stream->codecpar->codec_id == AV_CODEC_ID_WMAV1 ? "wmav1" : "wmav2";
+  }
+  bool FillParameters(AVCodecParameters* parameters) const override {
+    return avcodec_parameters_copy(parameters, m_stream->codecpar) >= 0;
   }
   bool Next(AVPacket* packet, AudioPacketPlace& place) override;
   bool Position(std::int64_t rawFrame) override;
@@ -153,37 +111,57 @@ class WmaSource : public ContainerSource {
     std::int64_t timestamp, position, raw;
   };
 
+  AudioFileError OpenStream();
   void ReadProperties();
+  bool ReadPacket();
+  bool Advance();
   std::int64_t FramesIn(const AVPacket& packet) const;
   bool Scan();
   bool GoTo(const Place& place);
 
-  static constexpr std::int64_t framesPerIndexEntry = 256;
+  static constexpr std::int64_t packetsPerIndexEntry = 256;
+  Container m_container;
+  AVStream* m_stream = nullptr;
   std::int64_t m_transform = 0;  // frames of one transform
   bool m_reservoir = false;      // transforms may run on into the next packet
   std::vector<Place> m_index;
   PacketPtr m_ahead{av_packet_alloc()};  // read, not yet given out
-  std::int64_t m_raw = 0;
+  std::int64_t m_raw = 0;                // where it begins
 };
+
+AudioFileError WmaSource::OpenStream() {
+  SilenceLibrary();
+  if (int code = m_container.Open("asf"); code < 0)
+    return {afeDamaged, "is not a readable Windows Media file: " + LibraryErrorText(code)};
+  m_stream = m_container.FindAudio({AV_CODEC_ID_WMAV1, AV_CODEC_ID_WMAV2});
+  if (m_stream == nullptr)
+    return {afeUnsupported, "is a file that holds no Windows Media audio of version 1 or 2"};
+  const AVCodecParameters& parameters = *m_stream->codecpar;
+  const int rate = parameters.sample_rate, channels = parameters.ch_layout.nb_channels;
+  if (rate < 1 || rate > 50000 || channels < 1 || channels > 2)
+    return {afeUnsupported, "is a Windows Media file of " + std::to_string(rate) + " Hz and " +
+                                std::to_string(channels) + " channels"};
+  m_info.format.SetFormatType(aftWMA);
+  m_info.format.SetSampleRate(rate);
+  m_info.format.SetChannels(channels);
+  m_info.format.SetBitRate(static_cast<std::int32_t>(parameters.bit_rate));
+  m_info.format.SetWMAProfile(std::to_string(rate) + "," + std::to_string(channels) + "," +
+                              std::to_string(parameters.bit_rate));
+  return {};
+}
 
 void WmaSource::ReadProperties() {
   const AVCodecParameters& parameters = *m_stream->codecpar;
   const bool version1 = parameters.codec_id == AV_CODEC_ID_WMAV1;
   const int rate = parameters.sample_rate;
   m_transform = rate <= 16000 ? 512 : rate <= 22050 || (rate <= 32000 && version1) ? 1024 : 2048;
-  if (!version1 && rate > 48000) m_transform = rate <= 96000 ? 4096 : 8192;
   const int flagsAt = version1 ? 2 : 4;
   if (parameters.extradata_size >= flagsAt + 2)
     m_reservoir = (LoadLittleEndian<std::uint16_t>(parameters.extradata + flagsAt) & 2) != 0;
 }
 
 AudioFileError WmaSource::Open() {
-  if (AudioFileError error = OpenStream("asf", {AV_CODEC_ID_WMAV1, AV_CODEC_ID_WMAV2}, "Windows Media"))
-    return error;
-  m_info.format.SetFormatType(aftWMA);
-  m_info.format.SetWMAProfile(std::to_string(m_info.format.SampleRate()) + "," +
-                              std::to_string(m_info.format.Channels()) + "," +
-                              std::to_string(m_info.format.BitRate()));
+  if (AudioFileError error = OpenStream()) return error;
   ReadProperties();
   if (!m_ahead || !Scan()) return {afeDamaged, "holds no readable Windows Media audio"};
   // The decoder's first two transforms are ahead of the audio; with a reservoir the very first is cut off as
@@ -195,6 +173,28 @@ AudioFileError WmaSource::Open() {
   return GoTo(m_index.front()) ? AudioFileError{} : AudioFileError{afeDamaged, "cannot be positioned"};
 }
 
+// The next packet and its place. Timestamps tell of packets that are lost; they are believed as far as the
+// bytes passed over could have held that many.
+bool WmaSource::Advance() {
+  const std::int64_t position = m_ahead->pos;
+  m_raw += FramesIn(*m_ahead);
+  if (!ReadPacket()) return false;
+  if (m_index.empty() || m_ahead->pts == AV_NOPTS_VALUE) return true;
+  const std::int64_t stated = (m_ahead->pts - m_index.front().timestamp) * m_info.format.SampleRate() / 1000;
+  const std::int64_t lost = (stated - m_raw + m_transform / 2) / m_transform;
+  const std::int64_t most = (m_ahead->pos - position) / std::max(1, m_stream->codecpar->block_align / 2);
+  if (lost >= (m_reservoir ? 16 : 1) && lost <= most) m_raw += lost * m_transform;
+  return true;
+}
+
+bool WmaSource::ReadPacket() {
+  for (;;) {
+    av_packet_unref(m_ahead.get());
+    if (av_read_frame(m_container.Context(), m_ahead.get()) < 0) return false;
+    if (m_ahead->stream_index == m_stream->index && m_ahead->size > 0) return true;
+  }
+}
+
 std::int64_t WmaSource::FramesIn(const AVPacket& packet) const {
   const int block = m_stream->codecpar->block_align > 0 ? m_stream->codecpar->block_align : packet.size;
   std::int64_t transforms = 0;
@@ -204,9 +204,10 @@ std::int64_t WmaSource::FramesIn(const AVPacket& packet) const {
 }
 
 bool WmaSource::Scan() {
-  for (std::int64_t count = 0; ReadPacket(m_ahead.get()); ++count) {
-    if (count % framesPerIndexEntry == 0) m_index.push_back({m_ahead->pts, m_ahead->pos, m_raw});
-    m_raw += FramesIn(*m_ahead);
+  bool more = ReadPacket();
+  for (std::int64_t count = 0; more; ++count) {
+    if (count % packetsPerIndexEntry == 0) m_index.push_back({m_ahead->pts, m_ahead->pos, m_raw});
+    more = Advance();
   }
   return !m_index.empty();
 }
@@ -215,18 +216,18 @@ bool WmaSource::Scan() {
 bool WmaSource::GoTo(const Place& place) {
   m_raw = place.raw;
   for (std::int64_t timestamp : {place.timestamp, m_index.front().timestamp}) {
-    if (!SeekBack(timestamp)) continue;
-    while (ReadPacket(m_ahead.get()))
+    if (av_seek_frame(m_container.Context(), m_stream->index, timestamp, AVSEEK_FLAG_BACKWARD) < 0) continue;
+    while (ReadPacket())
       if (m_ahead->pts == place.timestamp && m_ahead->pos == place.position) return true;
   }
   return false;
 }
 
 bool WmaSource::Next(AVPacket* packet, AudioPacketPlace& place) {
-  if (m_ahead->size == 0 && !ReadPacket(m_ahead.get())) return false;
-  av_packet_move_ref(packet, m_ahead.get());
+  if (m_ahead->size == 0) return false;
+  if (av_packet_ref(packet, m_ahead.get()) < 0) return false;
   place = {m_raw, FramesIn(*packet)};
-  m_raw += place.frames;
+  Advance();
   return true;
 }
 
@@ -234,10 +235,8 @@ bool WmaSource::Position(std::int64_t rawFrame) {
   auto behind = std::upper_bound(m_index.begin(), m_index.end(), rawFrame,
                                  [](std::int64_t wanted, const Place& place) { return wanted < place.raw; });
   if (!GoTo(behind == m_index.begin() ? m_index.front() : *std::prev(behind))) return false;
-  for (std::int64_t next = m_raw + FramesIn(*m_ahead); next <= rawFrame; next += FramesIn(*m_ahead)) {
-    m_raw = next;
-    if (!ReadPacket(m_ahead.get())) return true;
-  }
+  while (m_raw + FramesIn(*m_ahead) <= rawFrame)
+    if (!Advance()) break;
   return true;
 }
 
