@@ -23,8 +23,7 @@ constexpr std::size_t kIndent = 4;        // blanks for each level of nesting
 struct Writer {
   DiagnosticsSettings settings;
   std::size_t depth = 0;
-  std::string folder;
-  bool folderLookedUp = false;
+  std::string folder;         // "" until the first line
   std::string folderRefused;  // the one that the user was told of
 };
 
@@ -48,17 +47,17 @@ std::string WithEndSeparator(std::string folder) {
 }
 
 const std::string& Folder(Writer& writer) {
-  if (writer.folder.empty()) writer.folder = writer.settings.folder;
-  if (writer.folder.empty() && !writer.folderLookedUp) {
+  if (!writer.folder.empty()) return writer.folder;
+  std::string folder = writer.settings.folder;
+  if (folder.empty()) {
     const auto registry = writer.settings.registry ? writer.settings.registry : UserRegistry();
-    writer.folderLookedUp = true;
-    writer.folder = registry->ReadText("SOFTWARE\\Quillmere", "DebugPath", "");
+    folder = registry->ReadText("SOFTWARE\\Quillmere", "DebugPath", "");
   }
-  if (writer.folder.empty()) {
+  if (folder.empty()) {
     const std::string own = UserFolder(eufState);
-    writer.folder = JoinPath(own.empty() ? TemporaryFolder() : own, "DebugFiles");
+    folder = JoinPath(own.empty() ? TemporaryFolder() : own, "DebugFiles");
   }
-  return writer.folder = WithEndSeparator(std::move(writer.folder));
+  return writer.folder = WithEndSeparator(std::move(folder));
 }
 
 bool MakeSureOf(const std::string& folder, Writer& writer) {

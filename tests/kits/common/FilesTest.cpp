@@ -1,8 +1,11 @@
 #include "kits/common/Files.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <csignal>
 
 #include "support/SoundFixtures.h"
 
@@ -114,6 +117,22 @@ TEST(Files, AFailedReplacementLeavesEverythingAsItWas) {
   }
   EXPECT_EQ(FilesIn(temp.Path()), 3u);
   EXPECT_EQ(FilesIn(temp.File("folder")), 0u);
+}
+
+TEST(Files, AReplacementThatDoesNotFitLeavesNothingBehind) {
+  const test::TempFolder temp;
+  ASSERT_TRUE(WriteFileAtomically(temp.File("a"), "old"));
+  const auto before = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit limit{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
+  const rlimit small{1000, limit.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+  const bool written = WriteFileAtomically(temp.File("a"), std::string(5000, 'x'));
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  std::signal(SIGXFSZ, before);
+  EXPECT_FALSE(written);
+  EXPECT_EQ(test::ReadBytes(temp.File("a")), "old");
+  EXPECT_EQ(FilesIn(temp.Path()), 1u);
 }
 
 TEST(Files, ALinkToAFileYetToComeIsFilledAtItsTarget) {

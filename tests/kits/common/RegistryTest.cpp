@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <random>
@@ -84,7 +86,7 @@ TEST_F(RegistryFile, EveryTextComesBackFromDisk) {
 TEST_F(RegistryFile, KeepsOrderCommentsAndWhatItDoesNotUnderstand) {
   std::filesystem::create_directory(m_temp.File("conf"));
   test::WriteBytes(m_file,
-                   "\xEF\xBB\xBF# ours\r\n[A]\r\n; note\r\nb = 1 \r\nno value\n\"open=2\nq=\"x\" "
+                   "\xEF\xBB\xBF# ours\r\n[A\\]\r\n; note\r\nb = 1 \r\nno value\n\"open=2\nq=\"x\" "
                    "y\n\n[broken\nb=9\n[B]\n c=2");
   const auto registry = Open();
   EXPECT_EQ(registry->Read("a", "B"), "1");
@@ -93,7 +95,7 @@ TEST_F(RegistryFile, KeepsOrderCommentsAndWhatItDoesNotUnderstand) {
   EXPECT_TRUE(registry->Write("A", "new", "3"));
   EXPECT_TRUE(registry->Write("B", "C", "4"));
   EXPECT_EQ(Text(),
-            "# ours\r\n[A]\r\n; note\r\nb = 1 \r\nno value\n\"open=2\nq=\"x\" "
+            "# ours\r\n[A\\]\r\n; note\r\nb = 1 \r\nno value\n\"open=2\nq=\"x\" "
             "y\nnew=3\n\n[broken\nb=9\n[B]\nc=4\n");
 }
 
@@ -120,19 +122,42 @@ TEST_F(RegistryFile, TwoProcessesLoseNothingOfEachOther) {
   EXPECT_TRUE(theirs->Write("A", "z", "4"));
   EXPECT_EQ(ours->Read("A", "x"), "3");
   EXPECT_EQ(ours->Read("A", "z"), "4");
+  EXPECT_TRUE(theirs->Write("A", "y", "5"));
   EXPECT_TRUE(ours->EndChanges());
-  EXPECT_EQ(Text(), "[A]\nx=3\ny=2\nz=4\n");
+  EXPECT_EQ(Text(), "[A]\nx=3\ny=5\nz=4\n");
 }
 
+// A user whom permissions stop, as long as it lives; the superuser is stopped by none.
+class OrdinaryUser {
+ public:
+  explicit OrdinaryUser(const std::string& folder) : m_user(geteuid()) {
+    if (m_user == 0) m_became = chown(folder.c_str(), kNobody, kNobody) == 0 && seteuid(kNobody) == 0;
+  }
+  ~OrdinaryUser() {
+    EXPECT_TRUE(!m_became || seteuid(m_user) == 0);
+  }
+
+ private:
+  static constexpr uid_t kNobody = 65534;
+  uid_t m_user;
+  bool m_became = false;
+};
+
 TEST_F(RegistryFile, AFileThatCannotBeReadIsNotOverwritten) {
-  std::filesystem::create_directories(m_file);  // a folder stands in its place: reading fails for every user
-  const auto registry = Open();
-  EXPECT_FALSE(registry->Write("A", "x", "1"));
-  EXPECT_EQ(registry->Read("A", "x"), std::nullopt);
-  EXPECT_TRUE(std::filesystem::is_directory(m_file));
-  std::filesystem::remove(m_file);
-  EXPECT_TRUE(registry->Write("A", "x", "2"));
-  EXPECT_EQ(registry->Read("A", "x"), "2");
+  const std::string text = "[A]\nx=0\n";
+  {
+    const OrdinaryUser user(m_temp.Path());
+    ASSERT_TRUE(std::filesystem::create_directory(m_temp.File("conf")));
+    test::WriteBytes(m_file, text);
+    ASSERT_EQ(chmod(m_file.c_str(), 0200), 0);
+    const auto registry = Open();
+    EXPECT_FALSE(registry->Write("A", "x", "1"));
+    EXPECT_EQ(registry->Read("A", "x"), std::nullopt);
+    ASSERT_EQ(chmod(m_file.c_str(), 0600), 0);
+    EXPECT_EQ(Text(), text);
+  }
+  EXPECT_TRUE(Open()->Write("A", "x", "2"));
+  EXPECT_EQ(Text(), "[A]\nx=2\n");
 }
 
 TEST_F(RegistryFile, HeldChangesThatCannotBeStoredAreGivenUp) {
