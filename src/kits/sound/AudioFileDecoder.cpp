@@ -56,7 +56,7 @@ class PacketReader : public AudioFileReader {
     m_length = m_source->Info().length;
   }
 
-  AudioFileError Open();
+  AudioFileError OpenDecoder();
   std::size_t Read(float* interleaved, std::size_t frames) override;
   bool Seek(std::int64_t frame) override;
 
@@ -77,7 +77,7 @@ class PacketReader : public AudioFileReader {
   std::vector<float> m_block, m_part;
 };
 
-AudioFileError PacketReader::Open() {
+AudioFileError PacketReader::OpenDecoder() {
   const AVCodec* decoder = avcodec_find_decoder_by_name(m_source->DecoderName());
   ParametersPtr parameters(avcodec_parameters_alloc());
   m_codec.reset(avcodec_alloc_context3(decoder));
@@ -154,7 +154,13 @@ bool PacketReader::NextBlock() {
 
 void PacketReader::Decode(const AudioPacketPlace& place) {
   m_block.clear();
-  if (m_packet->size > 0 && avcodec_send_packet(m_codec.get(), m_packet.get()) >= 0) TakeFrames(place);
+  if (place.fresh && OpenDecoder()) return;
+  if (m_packet->size == 0) {
+    // What follows is decoded as after a seek to it, without what came before the gap.
+    avcodec_flush_buffers(m_codec.get());
+  } else if (avcodec_send_packet(m_codec.get(), m_packet.get()) >= 0) {
+    TakeFrames(place);
+  }
   m_blockStart = place.start + place.frames - static_cast<std::int64_t>(m_block.size() / Channels());
 }
 
@@ -188,7 +194,7 @@ std::unique_ptr<AudioFileReader> MakePacketReader(std::unique_ptr<AudioPacketSou
                                                   AudioFileError& error) {
   SilenceLibrary();
   auto reader = std::make_unique<PacketReader>(std::move(source));
-  error = reader->Open();
+  error = reader->OpenDecoder();
   if (error) return nullptr;
   return reader;
 }

@@ -13,6 +13,7 @@ namespace qm {
 struct AudioPacketPlace {
   std::int64_t start = 0;   // raw frame at which the packet's audio begins
   std::int64_t frames = 0;  // how many it stands for
+  bool fresh = false;       // to be decoded by a decoder that has seen nothing yet
 };
 
 // Known from a source once it is open.

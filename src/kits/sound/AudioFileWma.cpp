@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <deque>
+#include <utility>
 #include <vector>
 
 #include "kits/common/LittleEndian.h"
@@ -119,7 +121,12 @@ class WmaSource : public AudioPacketSource {
   bool Scan();
   bool GoTo(const Place& place);
 
+  bool UsesNoise() const;
+  void StartSegment();
+  bool NextInOrder(AVPacket* packet, AudioPacketPlace& place);
+
   static constexpr std::int64_t packetsPerIndexEntry = 256;
+  static constexpr std::int64_t prerollPackets = 8;
   Container m_container;
   AVStream* m_stream = nullptr;
   std::int64_t m_transform = 0;  // frames of one transform
@@ -127,6 +134,16 @@ class WmaSource : public AudioPacketSource {
   std::vector<Place> m_index;
   PacketPtr m_ahead{av_packet_alloc()};  // read, not yet given out
   std::int64_t m_raw = 0;                // where it begins
+  std::int64_t m_ordinal = 0;            // its number from the start of the stream
+  bool m_noise = false;
+  std::int64_t m_segment = 0;  // index entry that the decoder was made for, when noise is used
+  bool m_fresh = false;        // the next packet is for a new decoder
+  struct Recent {
+    PacketPtr packet;
+    AudioPacketPlace place;
+  };
+  std::deque<Recent> m_recent;  // the last packets given out
+  std::deque<Recent> m_again;   // those to be given out once more
 };
 
 AudioFileError WmaSource::OpenStream() {
@@ -160,6 +177,25 @@ void WmaSource::ReadProperties() {
     m_reservoir = (LoadLittleEndian<std::uint16_t>(parameters.extradata + flagsAt) & 2) != 0;
 }
 
+// Whether the decoder fills weak bands with noise, as it does at low bit rates. Its noise runs on from packet
+// to packet, so that what it gives depends on where it began.
+bool WmaSource::UsesNoise() const {
+  const AVCodecParameters& parameters = *m_stream->codecpar;
+  const int channels = parameters.ch_layout.nb_channels;
+  int rate = parameters.sample_rate;
+  const double bits = static_cast<double>(parameters.bit_rate) / (static_cast<double>(channels) * rate);
+  const double weighted = channels == 2 ? bits * 1.6 : bits;
+  // Version 2 takes any rate for the nearest of these below it.
+  for (int usual : {44100, 22050, 16000, 11025, 8000}) {
+    if (parameters.codec_id == AV_CODEC_ID_WMAV1 || rate < usual) continue;
+    rate = usual;
+    break;
+  }
+  if (rate == 44100) return weighted < 0.61;
+  if (rate == 22050) return weighted < 1.16;
+  return rate != 8000 || bits <= 0.75;
+}
+
 AudioFileError WmaSource::Open() {
   if (AudioFileError error = OpenStream()) return error;
   ReadProperties();
@@ -167,7 +203,8 @@ AudioFileError WmaSource::Open() {
   // The decoder's first two transforms are ahead of the audio; with a reservoir the very first is cut off as
   // well.
   m_info.delay = (m_reservoir ? 3 : 2) * m_transform;
-  m_info.preroll = 8 * m_transform;
+  m_noise = UsesNoise();
+  m_info.preroll = m_noise ? 0 : prerollPackets * m_transform;
   m_info.rawAtDrain = m_raw;
   m_info.length = std::max<std::int64_t>(0, m_raw + m_transform - m_info.delay);
   return GoTo(m_index.front()) ? AudioFileError{} : AudioFileError{afeDamaged, "cannot be positioned"};
@@ -178,6 +215,7 @@ AudioFileError WmaSource::Open() {
 bool WmaSource::Advance() {
   const std::int64_t position = m_ahead->pos;
   m_raw += FramesIn(*m_ahead);
+  ++m_ordinal;
   if (!ReadPacket()) return false;
   if (m_index.empty() || m_ahead->pts == AV_NOPTS_VALUE) return true;
   const std::int64_t stated = (m_ahead->pts - m_index.front().timestamp) * m_info.format.SampleRate() / 1000;
@@ -215,6 +253,7 @@ bool WmaSource::Scan() {
 // Leaves the packet of that place as the next one.
 bool WmaSource::GoTo(const Place& place) {
   m_raw = place.raw;
+  m_ordinal = (&place - m_index.data()) * packetsPerIndexEntry;
   for (std::int64_t timestamp : {place.timestamp, m_index.front().timestamp}) {
     if (av_seek_frame(m_container.Context(), m_stream->index, timestamp, AVSEEK_FLAG_BACKWARD) < 0) continue;
     while (ReadPacket())
@@ -223,19 +262,50 @@ bool WmaSource::GoTo(const Place& place) {
   return false;
 }
 
-bool WmaSource::Next(AVPacket* packet, AudioPacketPlace& place) {
-  if (m_ahead->size == 0) return false;
-  if (av_packet_ref(packet, m_ahead.get()) < 0) return false;
-  place = {m_raw, FramesIn(*packet)};
+bool WmaSource::NextInOrder(AVPacket* packet, AudioPacketPlace& place) {
+  if (m_ahead->size == 0 || av_packet_ref(packet, m_ahead.get()) < 0) return false;
+  place = {m_raw, FramesIn(*packet), std::exchange(m_fresh, false)};
+  if (m_noise) {
+    m_recent.push_back({PacketPtr(av_packet_clone(packet)), place});
+    if (m_recent.size() > prerollPackets) m_recent.pop_front();
+  }
   Advance();
+  return true;
+}
+
+// With noise, the audio between two index entries always comes from a decoder that began a few packets ahead
+// of the first: then it is the same however reading came there.
+void WmaSource::StartSegment() {
+  m_segment = m_ordinal / packetsPerIndexEntry;
+  m_again = std::move(m_recent);
+  m_recent.clear();
+  if (!m_again.empty()) m_again.front().place.fresh = true;
+}
+
+bool WmaSource::Next(AVPacket* packet, AudioPacketPlace& place) {
+  if (m_noise && m_ordinal / packetsPerIndexEntry > m_segment) StartSegment();
+  if (m_again.empty()) return NextInOrder(packet, place);
+  if (m_again.front().packet) av_packet_move_ref(packet, m_again.front().packet.get());
+  place = m_again.front().place;
+  m_again.pop_front();
   return true;
 }
 
 bool WmaSource::Position(std::int64_t rawFrame) {
   auto behind = std::upper_bound(m_index.begin(), m_index.end(), rawFrame,
                                  [](std::int64_t wanted, const Place& place) { return wanted < place.raw; });
-  if (!GoTo(behind == m_index.begin() ? m_index.front() : *std::prev(behind))) return false;
-  while (m_raw + FramesIn(*m_ahead) <= rawFrame)
+  m_segment = std::max<std::int64_t>(1, behind - m_index.begin()) - 1;
+  m_again.clear();
+  m_recent.clear();
+  m_fresh = m_noise;
+  if (!m_noise) {
+    if (!GoTo(m_index[static_cast<std::size_t>(m_segment)])) return false;
+    while (m_raw + FramesIn(*m_ahead) <= rawFrame)
+      if (!Advance()) break;
+    return true;
+  }
+  if (!GoTo(m_index[static_cast<std::size_t>(std::max<std::int64_t>(1, m_segment) - 1)])) return false;
+  while (m_ordinal < m_segment * packetsPerIndexEntry - prerollPackets)
     if (!Advance()) break;
   return true;
 }

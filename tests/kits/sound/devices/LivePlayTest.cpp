@@ -1,0 +1,182 @@
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "SoundServerBench.h"
+#include "kits/sound/devices/LiveDevice.h"
+#include "kits/sound/devices/OutputKeeper.h"
+#include "kits/sound/devices/RtAudioOutput.h"
+#include "kits/sound/engine/EngineBench.h"
+
+// The whole way to a real sound server, recorded there and compared with what the offline device writes.
+//
+// A machine with other work to do may keep host, reader or server from their turn, so each is given a few
+// attempts; what comes out of a wrong program is wrong at every attempt.
+namespace qm {
+namespace {
+
+using namespace std::chrono_literals;
+using test::EngineBench;
+using test::SoundServer;
+using test::Unbroken;
+using test::WaitFor;
+
+constexpr int kAttempts = 6;
+
+std::unique_ptr<SoundServer> MakeServer(const std::string& name) {
+  if (name == "PulseAudio") return std::make_unique<test::PulseServer>();
+  return std::make_unique<test::JackServer>();
+}
+
+class LivePlay : public ::testing::TestWithParam<std::string> {
+ protected:
+  using Pause = std::function<std::chrono::milliseconds()>;
+  using MakePlayer = std::function<std::unique_ptr<ctlVellanPlayer>()>;
+
+  // Two players, the second started by the first one's mark, and a fade of the first under it.
+  struct Link {
+    Link(const std::string& first, const std::string& second, const MakePlayer& make) : a(make()), b(make()) {
+      a->Open(first);
+      b->Open(second);
+      a->AddPositionEvent({0.7312f, 61, 0});
+      a->AddVolumeChange(
+          {.Reference = 1, .StartTime = 0.7312f, .Duration = 0.25f, .StartVolume = 100, .EndVolume = 30});
+      b->Cue();
+      a->events.Mark.connect([this](std::int32_t, std::int32_t) { b->Play(); });
+      b->events.AudioEnd.connect([this] { ended = true; });
+      a->Play();
+    }
+    std::unique_ptr<ctlVellanPlayer> a, b;
+    bool ended = false;
+  };
+
+  void SetUp() override {
+    server = MakeServer(GetParam());
+    if (!server->Installed()) GTEST_SKIP() << server->Program() << " is not installed";
+    ASSERT_TRUE(server->Start());
+    auto device = std::make_unique<LiveDevice>(
+        "live", std::make_unique<RtAudioOutput>(server->Kind(), server->OutputName()));
+    device->onStateChange = [this](const std::string& line) { states.push_back(line); };
+    engine = AudioEngine::Create({}, 0.05);
+    engine->AddOutput(std::move(device));
+    offline = std::make_unique<EngineBench>(48000);
+    ASSERT_TRUE(Wake());
+    ASSERT_TRUE(server->Record());
+  }
+
+  std::unique_ptr<ctlVellanPlayer> Player() {
+    auto player = engine->CreatePlayer();
+    player->SetDeviceType(2);
+    player->SetDeviceNumber(1);
+    return player;
+  }
+
+  // Until the server takes sound steadily; an idle one may take seconds.
+  bool Wake() {
+    const auto player = Player();
+    player->Open(offline->Wav("wake", std::vector<std::int16_t>(2 * 48000 * 60), 48000));
+    player->Play();
+    return HostUntil([&] { return player->SecondsPlayed() > 0.5f; }, [] { return 5ms; });
+  }
+
+  // A host that pumps, and does something else in between.
+  bool HostUntil(const std::function<bool()>& condition, const Pause& pause) {
+    return WaitFor([&] {
+      engine->Pump();
+      std::this_thread::sleep_for(pause());
+      return condition();
+    });
+  }
+
+  // The recorder is some time behind.
+  bool Hears(const std::vector<float>& expected, std::chrono::seconds limit = 3s) {
+    return WaitFor([&] { return test::Find(server->Recorded(), expected) >= 0; }, limit);
+  }
+
+  std::string Misses() const {
+    const auto misses = engine->CountMisses();
+    return std::to_string(misses.lateAnswers) + " late answers, " + std::to_string(misses.voicesNotReady) +
+           " voices not ready, " + std::to_string(misses.dryCallbacks) + " dry callbacks";
+  }
+
+  std::unique_ptr<SoundServer> server;
+  std::vector<std::string> states;
+  std::shared_ptr<AudioEngine> engine;
+  std::unique_ptr<EngineBench> offline;  // also keeps the files
+};
+
+TEST_P(LivePlay, ALinkedStartIsHeardOnTheExactFrameWhileTheHostAnswersWithinTheAdvance) {
+  std::minstd_rand random(3);
+  bool heard = false;
+  for (int attempt = 0; attempt < kAttempts && !heard; ++attempt) {
+    const unsigned seed = 10u + 2u * static_cast<unsigned>(attempt);
+    const std::string first = offline->Wav("first", Unbroken(72000, 0.4, seed), 48000);
+    const std::string second = offline->Wav("second", Unbroken(48000, 0.4, seed + 1), 48000);
+    offline->heard.clear();
+    const Link exact(first, second, [&] { return offline->Player(); });
+    offline->Run();
+    ASSERT_GT(offline->HeardFrames(), 80000u);
+
+    const Link live(first, second, [&] { return Player(); });
+    ASSERT_TRUE(
+        HostUntil([&] { return live.ended; }, [&] { return std::chrono::milliseconds(20 + random() % 21); }));
+    heard = Hears(offline->heard);
+  }
+  EXPECT_TRUE(heard) << Misses();
+}
+
+TEST_P(LivePlay, AHostThatSleepsHearsUnbrokenSoundAndIsCounted) {
+  bool heard = false;
+  for (int attempt = 0; attempt < kAttempts && !heard; ++attempt) {
+    const auto samples = Unbroken(120000, 0.9, 30u + static_cast<unsigned>(attempt));
+    const auto player = Player();
+    player->Open(offline->Wav("long", samples, 48000));
+    player->Play();
+    ASSERT_TRUE(HostUntil([&] { return player->SecondsPlayed() > 0.2f; }, [] { return 5ms; }));
+    const auto before = engine->CountMisses().lateAnswers;
+    std::this_thread::sleep_for(1s);
+    EXPECT_GT(engine->CountMisses().lateAnswers, before);
+    heard = Hears(test::AsFloat(samples), 10s);
+  }
+  EXPECT_TRUE(heard) << Misses();
+}
+
+TEST_P(LivePlay, AServerThatDiesIsAnErrorAndSoundReturnsWithIt) {
+  auto player = Player();
+  std::vector<std::int32_t> errors;
+  player->events.Error.connect([&](std::int32_t number, const std::string&) { errors.push_back(number); });
+  player->Open(offline->Wav("endless", Unbroken(48000 * 120), 48000));
+  player->Play();
+  ASSERT_TRUE(HostUntil([&] { return player->SecondsPlayed() > 0.2f; }, [] { return 5ms; }));
+  server->End(SIGKILL);
+  ASSERT_TRUE(HostUntil([&] { return !errors.empty(); }, [] { return 5ms; }));
+  EXPECT_EQ(errors, (std::vector<std::int32_t>{edfLost}));
+  const float lostAt = player->SecondsPlayed();
+  EXPECT_TRUE(HostUntil([&] { return player->SecondsPlayed() > lostAt + 0.5f; }, [] { return 5ms; }))
+      << "the running order keeps time";
+  ASSERT_TRUE(server->Start());
+  ASSERT_TRUE(HostUntil([&] { return states.size() == 2; }, [] { return 5ms; }));
+  const float backAt = player->SecondsPlayed();
+  ASSERT_TRUE(HostUntil([&] { return player->SecondsPlayed() > backAt + 0.5f; }, [] { return 5ms; }));
+  player.reset();
+  ASSERT_TRUE(server->Record());
+  bool heard = false;
+  for (int attempt = 0; attempt < kAttempts && !heard; ++attempt) {
+    const auto samples = Unbroken(24000, 0.9, 50u + static_cast<unsigned>(attempt));
+    player = Player();
+    player->Open(offline->Wav("again", samples, 48000));
+    bool ended = false;
+    player->events.AudioEnd.connect([&] { ended = true; });
+    player->Play();
+    ASSERT_TRUE(HostUntil([&] { return ended; }, [] { return 5ms; }));
+    heard = Hears(test::AsFloat(samples));
+  }
+  EXPECT_TRUE(heard) << Misses();
+  EXPECT_EQ(errors.size(), 1u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Servers, LivePlay, ::testing::Values("PulseAudio", "JACK"),
+                         [](const auto& server) { return server.param; });
+
+}  // namespace
+}  // namespace qm
