@@ -28,8 +28,9 @@ void SeekBy(PlayRun& run, float seconds) {
       Limit(player.SecondsPlayed() + seconds, player.HDItem()->AudioStart(1), player.HDItem()->AudioEnd(1)));
 }
 
+// The initial volume, so that a fade begins where it is.
 void ChangeVolume(PlayRun& run, std::int32_t step) {
-  run.Player().SetPlayVolume(static_cast<std::int16_t>(Limit(run.Player().PlayVolume() + step, 0, 100)));
+  run.Player().SetInitialVolume(static_cast<std::int16_t>(Limit(run.Player().PlayVolume() + step, 0, 100)));
 }
 
 // Play on a playing item lets go of its loop.

@@ -15,10 +15,9 @@ namespace {
 constexpr double kQuietest = -60;  // dB at the meters' left end
 constexpr std::size_t kMeterCells = 50;
 constexpr std::size_t kWidest = 100;
-constexpr char kKeys[] =
-    "space play/pause  c cue  \u2190 \u2192 5 s  [ ] volume  f fade  l leave loop  n next  q quit";
-constexpr char kPlainKeys[] =
-    "space play/pause  c cue  <- -> 5 s  [ ] volume  f fade  l leave loop  n next  q quit";
+constexpr char kKeys[] = "space play/pause  c cue  \u2190 \u2192 5 s  [ ] volume";
+constexpr char kPlainKeys[] = "space play/pause  c cue  <- -> 5 s  [ ] volume";
+constexpr char kMoreKeys[] = "f fade  l leave loop  n next  q quit";
 
 struct Glyphs {
   const char *done, *head, *left, *meter, *noMeter;
@@ -89,7 +88,7 @@ std::string StatusLine(const LiveState& state) {
   std::string line = fmt::format("{:<8} {:<17} volume {:>3}", StatusWords(state.status),
                                  SectionWords(state.section), state.volume);
   if (state.inLoop) line += "  in the loop";
-  if (state.fading) line += "  fade set";
+  if (state.fading) line += "  fading";
   return line;
 }
 
@@ -127,6 +126,7 @@ std::vector<std::string> DrawLive(const LiveState& state, std::size_t width, boo
       fmt::format("missed: {} late answers, {} voices not ready, {} dry callbacks", state.misses.lateAnswers,
                   state.misses.voicesNotReady, state.misses.dryCallbacks),
       unicode ? kKeys : kPlainKeys,
+      kMoreKeys,
   };
   for (std::string& line : lines) line = CutText(line, width);
   return lines;

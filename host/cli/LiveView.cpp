@@ -50,7 +50,6 @@ LiveState StateOf(const PlayRun& run, const AudioEngine& engine) {
   state.remaining = player.SecondsRemaining();
   state.remainingExtro = player.SecondsRemainingExtro();
   state.inLoop = player.InLoop();
-  state.fading = player.FadeActive();
   state.volume = player.PlayVolume();
   state.misses = engine.CountMisses();
   return state;
@@ -59,12 +58,23 @@ LiveState StateOf(const PlayRun& run, const AudioEngine& engine) {
 }  // namespace
 
 LiveView::LiveView(const PlayRun& run, const AudioEngine& engine, const Terminal& terminal)
-    : m_run(run), m_engine(engine), m_terminal(terminal), m_unicode(TerminalTakesUnicode()) {}
+    : m_teller(run), m_run(run), m_engine(engine), m_terminal(terminal), m_unicode(TerminalTakesUnicode()) {}
 
 void LiveView::Hear(const HeardEvent& heard) {
-  if (heard.event != peAudioLevelChanged) return;
-  m_left = static_cast<std::int16_t>(heard.sValue1);
-  m_right = static_cast<std::int16_t>(heard.sValue2);
+  const bool ofFade = heard.sValue1 == static_cast<float>(pvcFadeOut);
+  if (heard.event == peAudioLevelChanged) {
+    m_left = static_cast<std::int16_t>(heard.sValue1);
+    m_right = static_cast<std::int16_t>(heard.sValue2);
+  } else if (heard.event == peVolumeChangeStartNotify && ofFade) {
+    m_fading = true;
+  } else if (heard.event == peClosed || (heard.event == peVolumeChangeEndNotify && ofFade)) {
+    m_fading = false;
+  }
+  const std::string line = m_teller.Line(heard);
+  if (line.empty()) return;
+  Erase();
+  m_terminal.Write(line + "\n");
+  Draw();
 }
 
 void LiveView::Refresh() {
@@ -74,6 +84,7 @@ void LiveView::Refresh() {
 void LiveView::Draw() {
   m_next = Clock::now() + kInterval;
   LiveState state = StateOf(m_run, m_engine);
+  state.fading = m_fading;
   if (state.status == psPlaying) {
     state.left = m_left;
     state.right = m_right;
@@ -96,9 +107,13 @@ std::string LiveView::ToBlockStart(std::size_t width) const {
   return rows > 0 ? "\r\x1b[" + std::to_string(rows) + "A" : "\r";
 }
 
-void LiveView::Tell(const std::string& text) {
+void LiveView::Erase() {
   m_terminal.Write(ToBlockStart(m_terminal.Width()) + "\x1b[J");
   Leave();
+}
+
+void LiveView::Tell(const std::string& text) {
+  Erase();
   TellFailure(text);
   Draw();
 }

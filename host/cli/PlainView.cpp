@@ -59,10 +59,10 @@ const char* EventWords(const HeardEvent& heard) {
   return "";
 }
 
-void PlainView::Hear(const HeardEvent& heard) {
+std::string PlayTeller::Line(const HeardEvent& heard) {
   const char* words = EventWords(heard);
   // An item that could not be opened is closed as well.
-  if (!*words || (heard.event == peClosed && !m_open)) return;
+  if (!*words || (heard.event == peClosed && !m_open)) return {};
   m_open = heard.event != peClosed;
   const cBasePlayer& player = m_run.Player();
   std::string detail;
@@ -70,7 +70,14 @@ void PlainView::Hear(const HeardEvent& heard) {
     detail = ItemText(m_run, *player.HDItem());
   else if (m_open && player.Control())
     detail = "at " + TimeText(player.Control()->SecondsPlayed());
-  fmt::print("{:>10}  {:<15}{}\n", TimeText(heard.Seconds()), words, detail);
+  const std::string line = fmt::format("{:>10}  {:<15}{}", TimeText(heard.Seconds()), words, detail);
+  return line.substr(0, line.find_last_not_of(' ') + 1);
+}
+
+void PlainView::Hear(const HeardEvent& heard) {
+  const std::string line = m_teller.Line(heard);
+  if (line.empty()) return;
+  fmt::print("{}\n", line);
   std::fflush(stdout);
 }
 

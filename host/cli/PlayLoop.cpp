@@ -63,7 +63,7 @@ int PlayLoop::Run(enPrinting printing) {
   // What is still ringing out belongs to the file.
   while (m_output.Offline() && m_engine.Pump()) {
   }
-  if (m_view) m_view->Draw();
+  if (m_view) m_view->Erase();
   PutAway();
   return m_endedBy;
 }
