@@ -7,6 +7,7 @@
 #include "kits/sound/devices/ClockOutput.h"
 #include "kits/sound/devices/OutputKeeper.h"
 #include "kits/sound/devices/RingFeeder.h"
+#include "kits/sound/devices/ThreadPriority.h"
 
 namespace qm {
 namespace {
@@ -49,6 +50,7 @@ bool LiveDevice::Start(std::int32_t sampleRate, std::string& errorText) {
       return false;
     }
     m_renderThread = std::jthread([this](std::stop_token stop) { Render(stop); });
+    RaisePriority(m_renderThread.native_handle(), etpRender);
     m_keeperThread = std::jthread([this](std::stop_token stop) { Keep(stop); });
     return true;
   } catch (const std::exception& caught) {

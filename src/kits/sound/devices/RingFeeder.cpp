@@ -7,7 +7,8 @@ namespace {
 
 constexpr std::size_t kBlockFrames = 256;
 constexpr std::size_t kLargestPeriod = 8192;
-constexpr double kLatenessSeconds = 0.005;
+constexpr double kLatenessSeconds = 0.01;  // of a render thread without priority on a busy machine
+constexpr double kAwaySeconds = 0.25;
 
 std::size_t Frames(const OutputShape& shape, double seconds) {
   return static_cast<std::size_t>(seconds * shape.format.sampleRate);
@@ -20,6 +21,7 @@ RingFeeder::RingFeeder(const OutputShape& shape, double advanceSeconds)
       m_channels(static_cast<std::size_t>(shape.format.channels)),
       m_advance(Frames(shape, advanceSeconds)),
       m_lateness(Frames(shape, kLatenessSeconds)),
+      m_away(Frames(shape, kAwaySeconds)),
       m_ring(m_advance + m_lateness + kLargestPeriod, m_channels),
       m_block(kBlockFrames * m_channels) {
   SetPeriod(shape.periodFrames);
@@ -34,7 +36,7 @@ void RingFeeder::RenderAhead() {
   for (;;) {
     const std::size_t fill = m_ring.Fill();
     if (fill >= TargetFrames()) break;
-    const enRenderPatience patience = fill <= ReserveFrames() ? erpGoOn : erpStand;
+    const enRenderPatience patience = fill <= ReserveFrames() || HostIsAway() ? erpGoOn : erpStand;
     const std::size_t frames =
         m_mixer.Render(m_block.data(), std::min(TargetFrames() - fill, kBlockFrames), patience);
     if (frames == 0) break;
@@ -46,11 +48,16 @@ void RingFeeder::RenderAhead() {
   m_soundDue.store(m_mixer.Active(), std::memory_order_relaxed);
 }
 
+bool RingFeeder::HostIsAway() const {
+  return m_pulled - m_pulledAtPump > m_away;
+}
+
 void RingFeeder::Clip(std::size_t frames) {
   for (std::size_t i = 0; i < frames * m_channels; ++i) m_block[i] = std::clamp(m_block[i], -1.0f, 1.0f);
 }
 
 bool RingFeeder::Pump() {
+  m_pulledAtPump = m_pulled.load();
   bool any = false;
   while (m_mixer.DeliverPending()) {
     any = true;

@@ -15,7 +15,7 @@ namespace qm {
 //
 // Behind the advance lies a reserve, one period of the device and the lateness of the render thread: while
 // the ring holds more, the host has time to answer a notification; when it does not, sound goes on without
-// the answer.
+// the answer. A host that does not pump at all for a quarter of a second is not waited for until it does.
 class RingFeeder final : public FrameSource {
  public:
   RingFeeder(const OutputShape& shape, double advanceSeconds);
@@ -41,18 +41,21 @@ class RingFeeder final : public FrameSource {
   std::uint64_t FramesOfSoundLeft() const;
 
  private:
+  bool HostIsAway() const;
   void Clip(std::size_t frames);
 
   Mixer m_mixer;
   const std::size_t m_channels;
   const std::size_t m_advance;   // frames
   const std::size_t m_lateness;  // frames
+  const std::size_t m_away;      // frames
   std::atomic<std::size_t> m_reserve{0};
   FrameRing m_ring;
   std::mutex m_rendering;  // held by the ring's producer
   std::vector<float> m_block;
   std::atomic<std::uint64_t> m_written{0};
   std::atomic<std::uint64_t> m_pulled{0};
+  std::atomic<std::uint64_t> m_pulledAtPump{0};
   std::atomic<std::uint64_t> m_soundEnd{0};  // counter of m_written behind the last sound
   std::atomic<bool> m_soundDue{false};
 };

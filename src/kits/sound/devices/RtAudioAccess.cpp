@@ -9,7 +9,6 @@
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
-#include <map>
 #include <string>
 
 namespace qm {
@@ -52,15 +51,6 @@ bool PulseAudioAnswers() {
   return Answers("/run/pulse/native");
 }
 
-// Two devices of the same make carry the same name; settings know them apart by a number behind it.
-void MakeNamesUnique(std::vector<ServerDevice>& devices) {
-  std::map<std::string, int> seen;
-  for (ServerDevice& device : devices) {
-    const int count = ++seen[device.name];
-    if (count > 1) device.name += " (" + std::to_string(count) + ")";
-  }
-}
-
 }  // namespace
 
 std::vector<enSoundServer> RunningServers(enSoundServer wanted) {
@@ -92,7 +82,8 @@ std::vector<ServerDevice> DevicesOf(RtAudio& audio) {
   const unsigned count = audio.getDeviceCount();
   for (unsigned index = 0; index < count; ++index) {
     const RtAudio::DeviceInfo info = audio.getDeviceInfo(index);
-    if (info.name.empty()) continue;
+    // The ports of this library's own players show as an input.
+    if (info.name.empty() || info.name.starts_with(kClientName)) continue;
     devices.push_back({.name = info.name,
                        .index = index,
                        .outputChannels = static_cast<std::int32_t>(info.outputChannels),
@@ -101,7 +92,6 @@ std::vector<ServerDevice> DevicesOf(RtAudio& audio) {
                        .defaultOutput = info.isDefaultOutput,
                        .probed = info.probed});
   }
-  MakeNamesUnique(devices);
   std::sort(devices.begin(), devices.end(),
             [](const ServerDevice& a, const ServerDevice& b) { return a.name < b.name; });
   return devices;

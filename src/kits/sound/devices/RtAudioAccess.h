@@ -35,6 +35,9 @@ class RtAudioAccess {
   void* m_formerHandler = nullptr;
 };
 
+// What players are called in a server's own lists.
+inline constexpr const char* kClientName = "qmSoundCore";
+
 // The devices of one server, listed through `audio`; empty when the server is not running.
 std::vector<ServerDevice> DevicesOf(RtAudio& audio);
 

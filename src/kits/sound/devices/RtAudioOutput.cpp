@@ -11,6 +11,7 @@
 #include "kits/sound/devices/PullGate.h"
 #include "kits/sound/devices/RtAudioAccess.h"
 #include "kits/sound/devices/RunWithin.h"
+#include "kits/sound/devices/ThreadPriority.h"
 
 namespace qm {
 namespace {
@@ -26,9 +27,6 @@ std::string PlainText(const std::string& text) {
   const std::size_t colon = text.find(": ");
   return text.starts_with("RtApi") && colon != std::string::npos ? text.substr(colon + 2) : text;
 }
-
-// Above ordinary threads, below the sound server's own.
-constexpr int kCallbackPriority = 3;
 
 }  // namespace
 
@@ -118,7 +116,7 @@ bool RtAudioOutput::Stream::OpenDevice(const ServerDevice& device, const OutputS
   parameters.nChannels = static_cast<unsigned>(shape.format.channels);
   RtAudio::StreamOptions options;
   options.numberOfBuffers = kDeviceBuffers;
-  options.streamName = "qmSoundCore";
+  options.streamName = kClientName;
   unsigned frames = static_cast<unsigned>(wanted.periodFrames);
   audio->openStream(&parameters, nullptr, RTAUDIO_FLOAT32, static_cast<unsigned>(shape.format.sampleRate),
                     &frames, &Stream::Fill, this, &options, &Stream::OnError);
@@ -147,13 +145,11 @@ void RtAudioOutput::Stream::End() {
   audio.reset();
 }
 
-// The system may refuse; sound then takes its turn with all other programs.
+// JACK has seen to that itself.
 void RtAudioOutput::Stream::RaisePriority() {
   if (raised || server == essJACK || !calledBack.load(std::memory_order_acquire)) return;
   raised = true;
-  sched_param parameter{};
-  parameter.sched_priority = kCallbackPriority;
-  pthread_setschedparam(callbackThread, SCHED_RR, &parameter);
+  qm::RaisePriority(callbackThread, etpCallback);
 }
 
 RtAudioOutput::RtAudioOutput(enSoundServer server, std::string deviceName)

@@ -27,7 +27,7 @@ struct ServerDevice {
 
 struct ServerListing {
   enSoundServer server = essAny;      // whose devices these are; essAny when none was found
-  std::vector<ServerDevice> devices;  // in the order of their names; no two names are the same
+  std::vector<ServerDevice> devices;  // in the order of their names; of two with one name only one shows
 };
 
 // Asks the servers that are running and starts none. Any thread; one caller at a time goes through.

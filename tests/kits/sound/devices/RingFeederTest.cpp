@@ -115,6 +115,22 @@ TEST_F(RingFeederTest, AHostThatIsLateHearsUnbrokenSoundAndIsCounted) {
   EXPECT_TRUE(readersKeptUp);
 }
 
+TEST_F(RingFeederTest, AHostThatStaysAwayIsNotWaitedFor) {
+  auto player = bench.Player(bench.Wav("a", Unbroken(96000)));
+  player->Play();
+  PumpUp();
+  Take(2 * kAdvance);
+  EXPECT_LT(feeder.Ring().Fill(), feeder.TargetFrames()) << "given all the time there is";
+  Take(12000);
+  EXPECT_TRUE(WaitFor([&] {
+    feeder.RenderAhead();
+    return feeder.Ring().Fill() == feeder.TargetFrames();
+  }));
+  PumpUp();
+  Take(2 * kAdvance);
+  EXPECT_LT(feeder.Ring().Fill(), feeder.TargetFrames()) << "it is back";
+}
+
 TEST_F(RingFeederTest, ClipsTheSumAndOnlyTheSum) {
   const std::vector<std::int16_t> full = {32767, -32768, 20000, -20000, 100, -100};
   std::vector<std::int16_t> samples;
