@@ -147,6 +147,7 @@ bool PacketReader::NextBlock() {
     Decode(place);
     return true;
   }
+  if (m_source->ReadFailed()) return false;
   m_drained = true;
   Drain();
   return !m_block.empty();

@@ -35,6 +35,13 @@ bool ChunksToTheEnd(AudioFileBytes& bytes, std::int64_t position) {
   return position == bytes.Size() || position == bytes.Size() + 1;
 }
 
+// Behind a chunk of an odd size stands a byte that fills up, but not every writer knows.
+std::int64_t NextChunk(AudioFileBytes& bytes, std::int64_t end, std::uint32_t size) {
+  if ((size & 1) == 0) return end;
+  const std::uint8_t* head = bytes.View(end, 5);
+  return head != nullptr && LooksLikeId(head) && !LooksLikeId(head + 1) ? end : end + 1;
+}
+
 // A writer into a pipe cannot go back and fill in the size: it leaves 0, the largest number or some guess.
 std::int64_t DataBytes(AudioFileBytes& bytes, std::int64_t start, std::uint32_t stated,
                        std::int64_t longSize) {
@@ -169,7 +176,7 @@ AudioFileError ReadWaveHeader(AudioFileBytes& bytes, WaveHeader& header) {
       header.dataBytes = DataBytes(bytes, body, size, longSize);
       if (formatSeen) return CheckFormat(header, formatSeen);
     }
-    position = body + static_cast<std::int64_t>(size) + (size & 1);
+    position = NextChunk(bytes, body + static_cast<std::int64_t>(size), size);
   }
   if (AudioFileError error = CheckFormat(header, formatSeen)) return error;
   if (header.dataStart == 0) return {afeUnsupported, "is a WAV file without audio data"};

@@ -1,4 +1,3 @@
-#include <limits>
 #include <vector>
 
 #include "kits/common/LittleEndian.h"
@@ -43,7 +42,8 @@ std::string FormatChunk(const WaveHeader& header) {
 
 class WaveWriter : public AudioFileWriter {
  public:
-  AudioFileError Create(const std::string& path, const WaveHeader& header, SampleCoding coding);
+  AudioFileError Create(const std::string& path, const WaveHeader& header, SampleCoding coding,
+                        std::int64_t longFormBeyond);
   AudioFileError Write(const float* interleaved, std::size_t frames) override;
   AudioFileError Finish() override;
 
@@ -53,12 +53,15 @@ class WaveWriter : public AudioFileWriter {
   AudioFileTarget m_target;
   WaveHeader m_header;
   SampleCoding m_coding{};
+  std::int64_t m_longFormBeyond = 0;
   std::int64_t m_dataStart = 0, m_dataBytes = 0;
   std::vector<std::uint8_t> m_stored;
 };
 
-AudioFileError WaveWriter::Create(const std::string& path, const WaveHeader& header, SampleCoding coding) {
+AudioFileError WaveWriter::Create(const std::string& path, const WaveHeader& header, SampleCoding coding,
+                                  std::int64_t longFormBeyond) {
   m_header = header;
+  m_longFormBeyond = longFormBeyond;
   m_coding = coding;
   m_format.SetFormatType(aftWAV);
   m_format.SetSampleRate(header.sampleRate);
@@ -79,7 +82,7 @@ std::string WaveWriter::Header() const {
   const auto body =
       static_cast<std::int64_t>(4 + 8 + longSizesBytes + 8 + format.size() + (fact ? 12 : 0) + 8) +
       m_dataBytes + (m_dataBytes & 1);
-  const bool isLong = body > std::numeric_limits<std::uint32_t>::max();
+  const bool isLong = body > m_longFormBeyond;
   const std::int64_t frames = m_dataBytes / m_header.blockAlign;
   std::string head = isLong ? "RF64" : "RIFF";
   Append<std::uint32_t>(head, isLong ? tooLong : body);
@@ -146,7 +149,7 @@ std::unique_ptr<AudioFileWriter> CreateWaveWriter(const std::string& path, const
   header.blockAlign = settings.bits / 8 * settings.channels;
   header.bytesPerSecond = header.blockAlign * settings.sampleRate;
   auto writer = std::make_unique<WaveWriter>();
-  error = writer->Create(path, header, coding);
+  error = writer->Create(path, header, coding, settings.longFormBeyond);
   if (error) return nullptr;
   return writer;
 }

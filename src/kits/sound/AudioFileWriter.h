@@ -17,6 +17,7 @@ struct AudioFileSettings {
   std::int32_t bitRate = 128000;
   std::int32_t minimumBitRate = 0, maximumBitRate = 0;  // Ogg
   bool variableBitRate = false;                         // MP3
+  std::int64_t longFormBeyond = 0xFFFFFFFF;             // WAV: bytes of a form that only RF64 can hold
 };
 
 // An audio file being written beside its path. Destroyed without Finish it leaves nothing behind.

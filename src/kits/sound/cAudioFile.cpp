@@ -107,7 +107,8 @@ bool cAudioFile::IsOpen() const {
 void cAudioFile::ReadSamples(std::int32_t count, std::vector<std::int16_t>& samples) {
   State& s = *m_state;
   samples.clear();
-  if (count <= 0 || Channels() < 1) return;
+  if (!s.reader) s.Fail({afeNotOpen, "no file is open for reading"});
+  if (!s.reader || count <= 0) return;
   const auto channels = static_cast<std::size_t>(Channels());
   constexpr std::size_t partFrames = 8192;
   s.scratch.resize(partFrames * channels);
@@ -179,7 +180,10 @@ std::int32_t cAudioFile::SetTemplateWAV(const std::string& path) {
     AudioFileError error =
         IsWave(bytes) ? ReadWaveHeader(bytes, header) : AudioFileError{afeUnknownType, "is not a WAV file"};
     if (error) return {error.number, "'" + path + "' " + error.text};
-    SetWAVSettings(header.sampleRate, header.channels, header.bits, header.formatTag);
+    SampleCoding coding{};
+    const bool stored = WaveCoding(header, coding);
+    SetWAVSettings(header.sampleRate, header.channels,
+                   stored ? static_cast<std::int32_t>(8 * BytesOf(coding)) : header.bits, header.formatTag);
     return {};
   });
 }
