@@ -1,0 +1,203 @@
+#include <gmock/gmock.h>
+
+#include <limits>
+
+#include "PeakFileFixture.h"
+#include "kits/sound/cAudioFile.h"
+
+namespace qm::test {
+namespace {
+
+using testing::ElementsAre;
+
+using PeakFileScanTest = PeakFileFixture;
+
+TEST_F(PeakFileScanTest, WritesEveryByteOfTheFile) {
+  auto samples = Ramp16(1200, 2);
+  samples[500 * 2] = -32768;
+  samples[999 * 2] = 32000;  // between two points
+  const std::string audio = MakeAudio(samples, 2);
+  std::string path;
+  ASSERT_EQ(m_peaks.ScanAudioFile(audio, path), pfeOK);
+  EXPECT_EQ(path, PeakPath());
+
+  const std::string header(
+      "\x11\x00\x80\x3F"                  // HeaderVersion
+      "\x00\x00\x00\x00\x50\x81\xE6\x40"  // AudioLastModified: day 46090, noon
+      "\xEC\x12\x00\x00"                  // AudioFileSize 4844
+      "\x00\x00\x00\x00\x00\xC0\x92\x40"  // AudioNumberSamples 1200
+      "\x44\xAC\x00\x00"                  // AudioSampleRate 44100
+      "\x02\x00"                          // AudioChannels
+      "\x00\x00\x00\x00\x00\x00\x08\x40"  // NumberPeakSamples 3
+      "\xF4\x01\x00\x00"                  // SamplingInterval 500
+      "\xFF\x7F"                          // MaxLeftLevel 32767
+      "\xD0\x07",                         // MaxRightLevel 2000
+      46);
+  const std::string date("\x00\x00\x00\x00\x58\x81\xE6\x40", 8);  // PeakFileDate: day 46090, 18:00
+  const std::string points("\x00\x00\xE8\x03\x00\x80\xDC\x05\xE8\x03\xD0\x07", 12);
+  EXPECT_EQ(ReadBytes(path), header + std::string(202, '\0') + date + points);
+
+  EXPECT_EQ(m_events, "start 42 83 100 end0 ");
+  EXPECT_FALSE(m_peaks.Scanning());
+  EXPECT_THAT(AllPoints(), ElementsAre(0, 1000, -32768, 1500, 1000, 2000));
+  const qmPeakFileHeader read = m_peaks.Header();
+  EXPECT_EQ(read.AudioNumberSamples, 1200);
+  EXPECT_EQ(read.MaxRightLevel, 2000);
+  EXPECT_EQ(read.Spare, decltype(read.Spare){});
+}
+
+TEST_F(PeakFileScanTest, PointsPerLengthAndChannels) {
+  struct Row {
+    std::size_t frames;
+    std::uint32_t channels;
+    std::size_t points, values;
+  };
+  const Row rows[] = {{1, 1, 1, 1},   {499, 2, 1, 2},  {500, 1, 1, 1},
+                      {501, 1, 2, 2}, {1000, 2, 2, 4}, {1001, 3, 3, 6}};
+  for (const Row& row : rows) {
+    auto samples = Ramp16(row.frames, row.channels);
+    for (auto& sample : samples) sample = static_cast<std::int16_t>(-sample);
+    ASSERT_EQ(m_peaks.ScanAudioFile(MakeAudio(samples, row.channels), "", true), pfeOK);
+    const qmPeakFileHeader header = m_peaks.Header();
+    EXPECT_EQ(header.NumberPeakSamples, row.points) << row.frames;
+    EXPECT_EQ(std::filesystem::file_size(PeakPath()), 256 + 2 * row.values) << row.frames;
+    EXPECT_EQ(header.MaxLeftLevel, (row.points - 1) * 500) << row.frames;
+    EXPECT_EQ(header.MaxRightLevel, row.channels == 1 ? 0 : (row.points - 1) * 500 + 1000) << row.frames;
+  }
+}
+
+// The contract of a scan: what reading block by block gives.
+TEST_F(PeakFileScanTest, PointsAreTheFirstFramesOfBlocksInEveryType) {
+  for (const std::int32_t mode : {ecmWAV, ecmMP3, ecmOgg, ecmWMA}) {
+    cAudioFile audio;
+    audio.SetWAVSettings(44100, 2, 32, wftFloat);
+    audio.SetWMAProfile("44100,2,128000");
+    const std::string path = m_temp.File("audio");
+    ASSERT_EQ(audio.CreateFile(path, mode), 0) << audio.ErrorText();
+    ASSERT_EQ(audio.WriteSamples(Noise16(2 * 30001, 0.9).data(), 30001), 0);
+    ASSERT_EQ(audio.Close(), 0);
+    audio.AllowCompressedOpen(true);
+    ASSERT_EQ(audio.OpenForRead(path), 0);
+    std::vector<std::int16_t> expected, block;
+    for (audio.ReadSamples(500, block); !block.empty(); audio.ReadSamples(500, block))
+      expected.insert(expected.end(), block.begin(), block.begin() + 2);
+    ASSERT_EQ(m_peaks.ScanAudioFile(path, "", true), pfeOK);
+    EXPECT_EQ(AllPoints(), expected) << mode;
+  }
+}
+
+TEST_F(PeakFileScanTest, ProgressComesWithEachWholePercent) {
+  ASSERT_EQ(m_peaks.ScanAudioFile(MakeAudio(Ramp16(200 * 500), 1)), pfeOK);
+  std::string expected = "start ";
+  for (int percent = 1; percent <= 100; ++percent) expected += std::to_string(percent) + " ";
+  EXPECT_EQ(m_events, expected + "100 end0 ");
+}
+
+TEST_F(PeakFileScanTest, AValidFileIsNeitherScannedNorLoaded) {
+  const std::string audio = MakeAudio(Ramp16(1200), 1);
+  ASSERT_EQ(cPeakFile(m_clock).ScanAudioFile(audio), pfeOK);
+  EXPECT_EQ(m_peaks.ScanAudioFile(audio), pfeOK);
+  EXPECT_EQ(m_events, "");
+  EXPECT_TRUE(AllPoints().empty());
+  EXPECT_EQ(m_peaks.ScanAudioFile(audio, "", true), pfeOK);
+  EXPECT_EQ(m_events, "start 42 83 100 end0 ");
+}
+
+TEST_F(PeakFileScanTest, CancelledFromAnyEventItLeavesNoFile) {
+  const std::string audio = MakeAudio(Ramp16(1200), 1);
+  struct Row {
+    int at;  // per cent; -1 for the start
+    const char* events;
+  };
+  for (const Row& row : {Row{-1, "start end-255 "}, Row{42, "start 42 end-255 "},
+                         Row{83, "start 42 83 end-255 "}, Row{100, "start 42 83 100 end-255 "}}) {
+    WriteBytes(m_temp.File("old.ppk"), "the one before");
+    const auto cancel = [&](int at) {
+      EXPECT_TRUE(m_peaks.Scanning());
+      if (at == row.at) m_peaks.CancelScanning();
+    };
+    auto start = m_peaks.events.ScanAudioStart.connect([&] { cancel(-1); });
+    auto progress = m_peaks.events.ScanAudioProgress.connect(cancel);
+    m_events.clear();
+    EXPECT_EQ(m_peaks.ScanAudioFile(audio, m_temp.File("old.ppk"), true), pfeCancelled);
+    EXPECT_EQ(m_events, row.events);
+    EXPECT_EQ(m_peaks.LastErrorDescription(), "The process was cancelled");
+    EXPECT_FALSE(m_peaks.Scanning());
+    EXPECT_FALSE(std::filesystem::exists(m_temp.File("old.ppk")));
+    start.disconnect();
+    progress.disconnect();
+  }
+  EXPECT_TRUE(AllPoints().empty());
+  // The next scan starts afresh; a request without a scan costs the file read next.
+  EXPECT_EQ(m_peaks.ScanAudioFile(audio), pfeOK);
+  m_peaks.CancelScanning();
+  EXPECT_EQ(m_peaks.ReadPeakFile(PeakPath()), pfeOK);
+  EXPECT_THAT(AllPoints(), ElementsAre(0, 500, 1000));
+  EXPECT_FALSE(std::filesystem::exists(PeakPath()));
+}
+
+TEST_F(PeakFileScanTest, AudioThatBreaksOffGivesThePointsSoFar) {
+  const std::string audio = MakeAudio(Ramp16(2000), 1);
+  m_peaks.events.ScanAudioStart.connect([&] { std::filesystem::resize_file(audio, 44 + 2 * 700); });
+  EXPECT_EQ(m_peaks.ScanAudioFile(audio), pfeOK);
+  EXPECT_THAT(AllPoints(), ElementsAre(0, 500));
+}
+
+TEST_F(PeakFileScanTest, AnotherScanInsideAListenerLeavesTheOuterOneWhole) {
+  const std::string outer = MakeAudio(Ramp16(1200), 1), inner = MakeAudio(Ramp16(400), 1, "b.wav");
+  bool once = false;
+  m_peaks.events.ScanAudioProgress.connect([&](int) {
+    if (!std::exchange(once, true)) m_peaks.ScanAudioFile(inner);
+    EXPECT_TRUE(m_peaks.Scanning());
+  });
+  EXPECT_EQ(m_peaks.ScanAudioFile(outer), pfeOK);
+  EXPECT_THAT(AllPoints(), ElementsAre(0, 500, 1000));
+  EXPECT_EQ(std::filesystem::file_size(PeakPath("b")), 258u);
+}
+
+TEST_F(PeakFileScanTest, RefusalsRaiseNoEventsAndLeaveNothing) {
+  const std::string audio = MakeAudio(Ramp16(1200), 1);
+  WriteBytes(m_temp.File("text.wav"), "no audio");
+  WriteBytes(m_temp.File("empty.wav"), "");
+  std::filesystem::create_directories(m_temp.File("folder.ppk"));
+  struct Row {
+    std::string audio, peaks;
+    enPeakFileErr result, last;
+    const char *brief, *user;
+  };
+  const Row rows[] = {
+      {m_temp.File("missing.wav"), "", pfeInvalidAudioFile, pfeInvalidAudioFile, "The Audio file was invalid",
+       "The audio file was not valid"},
+      {m_temp.File("empty.wav"), "", pfeInvalidAudioFile, pfeInvalidAudioFile, "The Audio file was invalid",
+       "The audio file was not valid"},
+      // Where the folder cannot be made, the last error stays.
+      {audio, audio + "/x.ppk", pfeOpenDestFileFail, pfeInvalidAudioFile, "The Audio file was invalid",
+       "The audio file was not valid"},
+      {m_temp.File("text.wav"), "", pfeOpenAudioFileFail, pfeOpenAudioFileFail,
+       "The Audio file could not be opened", "The audio file could not be opened"},
+      {audio, m_temp.File("folder.ppk"), pfeOpenDestFileFail, pfeOpenDestFileFail,
+       "The destination file could not be created", "The waveform peak file could not be opened"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(m_peaks.ScanAudioFile(row.audio, row.peaks, true), row.result) << row.audio << row.peaks;
+    EXPECT_EQ(m_peaks.LastErrorCode(), row.last) << row.audio << row.peaks;
+    EXPECT_EQ(m_peaks.GetLastErrorDescription(), row.brief);
+    EXPECT_EQ(m_peaks.LastErrorDescription(), row.user);
+  }
+  EXPECT_EQ(m_events, "");
+  EXPECT_FALSE(m_peaks.Scanning());
+  EXPECT_TRUE(std::filesystem::is_empty(m_temp.File("Peakfiles")));
+  TakeTrace();
+  m_peaks.ScanAudioFile("", "", true);
+  EXPECT_EQ(TakeTrace(), "Start ScanAudioFile|Exit : The Audio file was invalid|");
+}
+
+TEST_F(PeakFileScanTest, AFolderThatGoesAwayMeanwhileIsTold) {
+  const std::string audio = MakeAudio(Ramp16(1200), 1);
+  m_peaks.events.ScanAudioStart.connect([&] { std::filesystem::remove_all(m_temp.File("Peakfiles")); });
+  EXPECT_EQ(m_peaks.ScanAudioFile(audio), pfeOpenDestFileFail);
+  EXPECT_EQ(m_events, "start 42 83 100 end-10 ");
+}
+
+}  // namespace
+}  // namespace qm::test
