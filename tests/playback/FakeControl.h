@@ -1,4 +1,6 @@
 #pragma once
+#include <gtest/gtest.h>
+
 #include <memory>
 #include <set>
 #include <string>
@@ -32,7 +34,10 @@ class FakeControl : public ctlVellanPlayer {
   explicit FakeControl(std::shared_ptr<ControlScript> script) : m_script(std::move(script)) {
     m_script->control = this;
   }
-  ~FakeControl() override { m_script->control = nullptr; }
+  ~FakeControl() override {
+    EXPECT_EQ(m_inCall, 0) << "destroyed from within its own call";
+    m_script->control = nullptr;
+  }
 
   std::int32_t Open(const std::string& FileName) override {
     if (!Does("Open", FileNameOf(FileName))) return 1;
@@ -125,12 +130,13 @@ class FakeControl : public ctlVellanPlayer {
 
  private:
   bool Does(const std::string& operation, const std::string& arguments = {}) {
-    // Whoever hears the error may let go of everything but this call.
-    const auto script = m_script;
-    script->calls +=
-        (script->calls.empty() ? "" : " ") + operation + (arguments.empty() ? "" : "(" + arguments + ")");
-    if (!script->failing.contains(operation)) return true;
-    if (script->tellErrors) events.Error(7, operation);
+    auto& script = *m_script;
+    script.calls +=
+        (script.calls.empty() ? "" : " ") + operation + (arguments.empty() ? "" : "(" + arguments + ")");
+    if (!script.failing.contains(operation)) return true;
+    ++m_inCall;
+    if (script.tellErrors) events.Error(7, operation);
+    --m_inCall;
     return false;
   }
   bool Does(const std::string& operation, Event<>& done) {
@@ -147,6 +153,7 @@ class FakeControl : public ctlVellanPlayer {
   std::shared_ptr<ControlScript> m_script;
   float m_audioEnd = 0, m_loopStart = 0, m_loopEnd = 0, m_volume = 100, m_speed = 1, m_ratio = 1;
   std::int32_t m_loopCount = 0;
+  int m_inCall = 0;
   bool m_useLoop = false, m_reportErrors = true;
 };
 

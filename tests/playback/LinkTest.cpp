@@ -38,12 +38,10 @@ TEST(Link, WhoeverHasTheLongerWayStartsFirst) {
   } rows[] = {
       {20, 8, true, "Linked=2 | Linked=1",
        "Mark(21@12) AddVolumeChange(1,11.5,0.5,100,60,-1) AddVolumeChange(2,19.5,0.5,60,100,-1) | "},
-      {20, 8, false, "Linked=2 | VolumeChanged=70 Linked=1",
-       "Volume(100) Mark(21@12) | Volume(70)"},
+      {20, 8, false, "Linked=2 | VolumeChanged=70 Linked=1", "Volume(100) Mark(21@12) | Volume(70)"},
       {5, 8, true, "Linked=1 | Linked=2",
        "AddVolumeChange(1,0,0,100,60,-1) AddVolumeChange(2,4.5,0.5,60,100,-1) | Mark(21@3)"},
-      {5, 8, false, "Linked=1 | VolumeChanged=70 Linked=2",
-       "Volume(100) | Volume(70) Mark(21@3)"},
+      {5, 8, false, "Linked=1 | VolumeChanged=70 Linked=2", "Volume(100) | Volume(70) Mark(21@3)"},
       {8, 8, true, "Linked=1 | Linked=2",
        "AddVolumeChange(1,0,0,100,60,-1) AddVolumeChange(2,7.5,0.5,60,100,-1) | RemoveMark(21)"},
   };
@@ -109,6 +107,19 @@ TEST(Link, RefusedTriggerLeavesThisSideStanding) {
   EXPECT_EQ(rig.sweeper.player->Status(), psCued);
 }
 
+TEST(Link, TriggerWhoseLinkIsTakenAwayPlaysNothing) {
+  LinkRig rig;
+  rig.Link();
+  rig.main.player->PlayItem();
+  rig.Forget();
+  rig.main.onEvent = [&](std::int32_t event) {
+    if (event == peLinkQueryPlay) rig.main.player->RemoveSweeperPlayerLink(true);
+  };
+  rig.main.Control().Mark(peSweeperStartReached, 0);
+  EXPECT_EQ(rig.Heard(), "LinkQueryPlay(s)=2 LinkCleared SweeperStartReached | LinkCleared");
+  EXPECT_EQ(rig.sweeper.player->Status(), psCued);
+}
+
 TEST(Link, CloseUndoesTheLinkAndTheDuck) {
   LinkRig rig(5, 8);
   rig.Link();
@@ -164,6 +175,16 @@ TEST(Link, PartnerThatIsGoneLeavesNoLinkBehind) {
     EXPECT_TRUE(rig.sweeper.player->PlayItem());
     EXPECT_EQ(rig.sweeper.player->Status(), psPlaying);
   }
+}
+
+TEST(Link, PartnerThatHasNothingOpenMayGoAsWell) {
+  LinkRig rig;
+  rig.main.player->CloseItem();
+  rig.main.player->SetPlayerLink(rig.sweeper.player, false);
+  rig.sweeper.player->SetPlayerLink(rig.main.player, true);
+  rig.Forget();
+  rig.main.player.reset();
+  EXPECT_EQ(rig.sweeper.TakeHeard(), "LinkCleared");
 }
 
 TEST(Link, TwoPlayersThatWaitForEachOtherRefuse) {

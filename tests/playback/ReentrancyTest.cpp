@@ -203,6 +203,16 @@ TEST(Reentrancy, AnOperationEndsWhenItsItemIsGone) {
        "QueryOpen(b) QueryClose(a) Closing Closed Opening Locked"},
       {peOpening, "Open(b)", "Open(b)", true, psOpen,
        "QueryOpen(b) QueryClose(a) Closing Closed Opening Opened"},
+      {peQuerySeek, "Open(b)", "CueHook()", false, psOpen,
+       "SetPlayHookMode QuerySeek(a)=20 QueryOpen(b) QueryClose(a) Closing Closed Opening Opened"},
+      {peError, "Cue(b)", "Cue()", false, psCued,
+       "QueryCue(a) Error=7 QueryCue(b) QueryOpen(b) QueryClose(a) Closing Closed Opening Opened Cued"},
+      {peError, "Play(b)", "Play()", false, psPlaying,
+       "QueryPlay(a) QueryCue(a) Error=7 QueryPlay(b) QueryOpen(b) QueryClose(a) Closing Closed Opening "
+       "Opened "
+       "QueryCue(b) Cued Playing=0/-1"},
+      {peError, "Close()", "Seek(50)", false, psClosed,
+       "QuerySeek(a)=50 Error=7 QueryClose(a) Closing Closed"},
       {peQuerySeek, "Seek(50)", "Seek(50)", true, psPaused, "QuerySeek(a)=50 Paused"},
       {peClosing, "Close()", "Close()", true, psClosed, "QueryClose(a) Closing Closed"},
       {peClosing, "Lock()", "Close()", true, psClosed, "QueryClose(a) Closing Closed"},
@@ -214,10 +224,13 @@ TEST(Reentrancy, AnOperationEndsWhenItsItemIsGone) {
   for (const auto& row : rows) {
     PlayerRig rig;
     rig.GoTo(psOpen);
+    if (row.at == peError) rig.script->failing = {"Cue", "Seek"};
+    rig.script->tellErrors = true;
     bool answered = false;
     rig.onEvent = [&](std::int32_t event) {
       if (event != row.at || answered) return;
       answered = true;
+      rig.script->failing.clear();
       RunNamed(rig, row.answer);
     };
     EXPECT_EQ(RunNamed(rig, row.operation), row.result) << row.operation << " with " << row.answer;

@@ -244,6 +244,14 @@ TEST(Transport, HookOfAnItemWithoutOne) {
   EXPECT_EQ(rig.TakeHeard(), "SetPlayHookMode QueryPlay(a) QueryCue(a) QuerySeek(a) Cued Playing=0/-1");
 }
 
+TEST(Transport, NothingIsSaidBehindATermination) {
+  PlayerRig rig;
+  rig.GoTo(psPlaying);
+  rig.player->events.LevelChanged.connect([&](std::int16_t, std::int16_t) { rig.player->TerminatePlayer(); });
+  rig.Control().Level(1, 2);
+  EXPECT_EQ(rig.TakeHeard(), "");
+}
+
 TEST(Transport, TerminatedPlayerSaysNothingAndRefusesAll) {
   PlayerRig rig;
   rig.player->SetReference(3);
