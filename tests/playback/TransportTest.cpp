@@ -2,7 +2,9 @@
 
 #include "kits/common/Dates.h"
 #include "kits/common/Files.h"
+#include "kits/common/Text.h"
 #include "playback/PlayerRig.h"
+#include "services/Diagnostics.h"
 
 namespace qm::test {
 namespace {
@@ -268,6 +270,28 @@ TEST(Transport, TerminatedPlayerSaysNothingAndRefusesAll) {
   EXPECT_EQ(rig.owner.use_count(), 1);
   for (const auto& operation : Operations()) EXPECT_FALSE(operation.run(rig)) << operation.name;
   EXPECT_EQ(rig.TakeHeard(), "");
+}
+
+TEST(Transport, EachOperationIsTraced) {
+  const TempFolder folder;
+  PlayerRig rig;
+  SetDiagnostics({rig.clock, MemoryRegistry(), nullptr, folder.Path(), "trace"});
+  SetDebugMode(5);
+  rig.player->InitPlayer(1, nullptr);
+  rig.veto = peQueryPause;
+  rig.player->CueItem(rig.a);
+  rig.player->PauseItem();
+  SetDebugMode(0);
+  SetDiagnostics({});
+  std::string lines,
+      text = ReadBytes(folder.File("trace." + CompactDateText(DateTimeNow(*rig.clock).Date) + ".log"));
+  for (std::size_t at = 0, end; (end = text.find('\n', at)) != std::string::npos; at = end + 1)
+    lines +=
+        std::string(Trim(std::string_view(text).substr(at + 8, end - at - 8))) + "\n";  // without the time
+  EXPECT_EQ(lines,
+            "Start BasePlayer(0).InitPlayer\nLoading Audio Engine\nFinish BasePlayer(0).InitPlayer\n"
+            "Start BasePlayer(1).CueItem\nStart BasePlayer(1).OpenItem\nFinish BasePlayer(1).OpenItem\n"
+            "Finish BasePlayer(1).CueItem\nStart BasePlayer(1).PauseItem\nExit : Cancelled\n");
 }
 
 }  // namespace
