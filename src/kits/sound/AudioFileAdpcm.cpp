@@ -49,7 +49,7 @@ bool AdpcmSource::Open() {
   const std::int64_t whole = m_header.dataBytes / m_header.blockAlign;
   m_info.length = whole * m_blockFrames + FramesIn(m_header.dataBytes % m_header.blockAlign);
   // The last block is filled up; the fact chunk says with how much.
-  if (m_header.factFrames > m_info.length - m_blockFrames)
+  if (m_header.factFrames >= 0 && m_header.factFrames > m_info.length - m_blockFrames)
     m_info.length = std::min(m_info.length, m_header.factFrames);
   return true;
 }

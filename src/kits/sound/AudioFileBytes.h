@@ -25,6 +25,7 @@ class AudioFileBytes {
   std::int64_t Size() const { return m_size; }
   // The system has failed to read bytes that were there at opening.
   bool Failed() const { return m_failed; }
+  void ForgetFailure() { m_failed = false; }
 
   // Fewer bytes than asked for only at the end, or when the system failed to read.
   std::size_t ReadAt(std::int64_t position, void* out, std::size_t bytes) const;
@@ -34,7 +35,7 @@ class AudioFileBytes {
   const std::uint8_t* View(std::int64_t position, std::size_t bytes);
 
  private:
-  static constexpr std::size_t windowBytes = 1 << 17;
+  static constexpr std::size_t kWindowBytes = 1 << 17;
   int m_descriptor = -1;
   std::int64_t m_size = 0;
   mutable bool m_failed = false;

@@ -130,6 +130,8 @@ bool PacketReader::Seek(std::int64_t frame) {
   const std::int64_t raw = frame + m_source->Info().delay;
   const auto blockFrames = static_cast<std::int64_t>(m_block.size() / Channels());
   m_position = frame;
+  m_error = {};
+  m_source->ForgetFailure();
   if (raw >= m_blockStart && raw < m_blockStart + blockFrames) return true;
   avcodec_flush_buffers(m_codec.get());
   m_block.clear();
@@ -189,6 +191,9 @@ void PacketReader::TakeFrames(const AudioPacketPlace& place) {
 
 bool AudioPacketSource::ReadFailed() const {
   return m_bytes->Failed();
+}
+void AudioPacketSource::ForgetFailure() {
+  m_bytes->ForgetFailure();
 }
 
 std::unique_ptr<AudioFileReader> MakePacketReader(std::unique_ptr<AudioPacketSource> source,

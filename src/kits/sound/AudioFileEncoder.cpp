@@ -2,6 +2,8 @@
 #include <cstdio>
 #include <vector>
 
+#include "kits/common/LittleEndian.h"
+#include "kits/sound/AudioFileAsfProperties.h"
 #include "kits/sound/AudioFileLibrary.h"
 #include "kits/sound/AudioFileSamples.h"
 #include "kits/sound/AudioFileTarget.h"
@@ -12,7 +14,7 @@ namespace qm {
 
 namespace {
 
-constexpr int bufferBytes = 1 << 15;
+constexpr int kBufferBytes = 1 << 15;
 
 struct Encoding {
   std::int32_t mode;
@@ -25,7 +27,7 @@ struct Encoding {
   int blocksAhead, blocksBehind;
 };
 
-constexpr Encoding encodings[] = {
+constexpr Encoding kEncodings[] = {
     {ecmMP3, aftMP3, "MP3", "libmp3lame", "mp3", 0, 0},
     {ecmMP2, aftMP2, "MP2", "libtwolame", "mp2", 0, 0},
     {ecmOgg, aftOgg, "Ogg", "libvorbis", "ogg", 0, 0},
@@ -34,10 +36,10 @@ constexpr Encoding encodings[] = {
 
 // The encoder's quality step (0 best) whose usual bit rate comes nearest from above.
 int QualityForBitRate(std::int32_t bitRate) {
-  constexpr std::int32_t usual[] = {245000, 225000, 190000, 175000, 165000,
-                                    130000, 115000, 100000, 85000,  65000};
+  constexpr std::int32_t kUsual[] = {245000, 225000, 190000, 175000, 165000,
+                                     130000, 115000, 100000, 85000,  65000};
   int step = 9;
-  while (step > 0 && usual[step] < bitRate) --step;
+  while (step > 0 && kUsual[step] < bitRate) --step;
   return step;
 }
 
@@ -63,6 +65,7 @@ class EncodingWriter : public AudioFileWriter {
   AudioFileError OpenMuxer();
   AudioFileError WriteSilence(int blocks);
   AudioFileError EncodeBlock();
+  void StateDuration(std::int64_t frames);
   AudioFileError Encode(const AVFrame* frame);
   AudioFileError Failed(int code) const;
   std::size_t Channels() const { return static_cast<std::size_t>(m_settings.channels); }
@@ -172,8 +175,8 @@ AudioFileError EncodingWriter::OpenEncoder() {
 AudioFileError EncodingWriter::OpenMuxer() {
   if (int code = avformat_alloc_output_context2(&m_muxer, nullptr, m_encoding.muxer, nullptr); code < 0)
     return Failed(code);
-  auto* buffer = static_cast<std::uint8_t*>(av_malloc(bufferBytes));
-  m_output = avio_alloc_context(buffer, bufferBytes, 1, this, nullptr, WritePacket, SeekTo);
+  auto* buffer = static_cast<std::uint8_t*>(av_malloc(kBufferBytes));
+  m_output = avio_alloc_context(buffer, kBufferBytes, 1, this, nullptr, WritePacket, SeekTo);
   AVStream* stream = avformat_new_stream(m_muxer, nullptr);
   if (m_output == nullptr || stream == nullptr) return Failed(AVERROR(ENOMEM));
   m_muxer->pb = m_output;
@@ -237,7 +240,20 @@ AudioFileError EncodingWriter::Encode(const AVFrame* frame) {
   }
 }
 
+// The muxer counts whole milliseconds and silence: without this a file would grow by every copy.
+void EncodingWriter::StateDuration(std::int64_t frames) {
+  std::string head(kAsfHeadBytes, '\0');
+  head.resize(m_target.ReadAt(0, head.data(), head.size()));
+  const std::optional<AsfDuration> duration = FindAsfDuration(head);
+  if (!duration) return;
+  std::string stored;
+  AppendLittleEndian<std::uint64_t>(stored, duration->StoredFor(frames, m_settings.sampleRate));
+  m_target.WriteAt(static_cast<std::int64_t>(duration->position), stored.data(), stored.size());
+}
+
 AudioFileError EncodingWriter::Finish() {
+  const auto silence = static_cast<std::int64_t>(m_blockFrames) * m_encoding.blocksAhead;
+  const std::int64_t audio = m_encoded + static_cast<std::int64_t>(m_block.size() / Channels()) - silence;
   // A stream without any block is not a file that others can open.
   const int blocks = m_encoded == 0 && m_block.empty() ? 1 : m_encoding.blocksBehind;
   if (AudioFileError error = WriteSilence(blocks)) return error;
@@ -246,6 +262,7 @@ AudioFileError EncodingWriter::Finish() {
   if (AudioFileError error = Encode(nullptr)) return error;
   if (int code = av_write_trailer(m_muxer); code < 0) return Failed(code);
   avio_flush(m_output);
+  if (m_encoding.type == aftWMA) StateDuration(audio);
   return m_target.Commit();
 }
 
@@ -259,7 +276,7 @@ AudioFileError EncodingWriter::Failed(int code) const {
 std::unique_ptr<AudioFileWriter> CreateEncodingWriter(const std::string& path, std::int32_t mode,
                                                       const AudioFileSettings& settings,
                                                       AudioFileError& error) {
-  for (const Encoding& encoding : encodings) {
+  for (const Encoding& encoding : kEncodings) {
     if (encoding.mode != mode) continue;
     auto writer = std::make_unique<EncodingWriter>(encoding, settings, path);
     error = writer->Create();

@@ -14,12 +14,12 @@ namespace qm {
 
 namespace {
 
-constexpr std::int64_t mostJunkAhead = 1 << 20;
-constexpr std::int64_t framesPerIndexEntry = 256;
+constexpr std::int64_t kMostJunkAhead = 1 << 20;
+constexpr std::int64_t kFramesPerIndexEntry = 256;
 // The overlap of the transform and the delay of the filter bank, over and above the bit reservoir.
-constexpr std::int64_t prerollFrames = 3;
+constexpr std::int64_t kPrerollFrames = 3;
 // From the encoder's delay to the whole of encoder and decoder: the decoder's own 528 and the sample at 0.
-constexpr std::int64_t decoderDelay = 529;
+constexpr std::int64_t kDecoderDelay = 529;
 
 // What an encoder says about its stream in a first frame without audio.
 struct StreamTag {
@@ -119,11 +119,11 @@ bool MpegSource::Open(std::int64_t start) {
   DescribeFormat(averageBitRate);
   const std::int64_t frame = m_header.frames;
   const std::int64_t mainBytes = std::max(8, m_smallestFrame - m_header.sideBytes - 6);
-  m_info.preroll = (prerollFrames + (m_header.layer == 3 ? 511 / mainBytes + 1 : 0)) * frame;
-  m_info.delay = m_tag.gapless ? m_tag.delay + decoderDelay : 0;
+  m_info.preroll = (kPrerollFrames + (m_header.layer == 3 ? 511 / mainBytes + 1 : 0)) * frame;
+  m_info.delay = m_tag.gapless ? m_tag.delay + kDecoderDelay : 0;
   std::int64_t padding = 0;
   if (m_tag.gapless && (m_tag.frames == m_count || m_tag.frames == m_count + 1))
-    padding = std::max<std::int64_t>(0, m_tag.padding - decoderDelay);
+    padding = std::max<std::int64_t>(0, m_tag.padding - kDecoderDelay);
   m_info.length = std::max<std::int64_t>(0, m_count * frame - m_info.delay - padding);
   return true;
 }
@@ -157,7 +157,7 @@ void MpegSource::Scan(std::int64_t& averageBitRate) {
   std::int32_t firstRate = m_header.bitRate;
   bool constant = true;
   while (m_found) {
-    if (m_index.empty() || m_here.ordinal >= m_index.back().ordinal + framesPerIndexEntry)
+    if (m_index.empty() || m_here.ordinal >= m_index.back().ordinal + kFramesPerIndexEntry)
       m_index.push_back(m_here);
     constant = constant && m_header.bitRate == firstRate;
     bytes += m_header.bytes;
@@ -223,7 +223,7 @@ bool MpegSource::Position(std::int64_t rawFrame) {
 bool FindFirstFrame(AudioFileBytes& bytes, std::int64_t& start, std::int64_t end, MpegFrameHeader& header) {
   MpegFrameWalker walker(bytes, end, 0);
   while (std::int64_t tag = walker.TagBytes(start)) start += tag;
-  const std::int64_t first = start, last = std::min(end, start + mostJunkAhead);
+  const std::int64_t first = start, last = std::min(end, start + kMostJunkAhead);
   for (; start + 4 <= last; ++start) {
     const std::uint8_t* sync = bytes.View(start, 4);
     if (sync == nullptr) return false;

@@ -11,18 +11,18 @@ namespace {
 
 enum Version { version25 = 0, versionReserved = 1, version2 = 2, version1 = 3 };
 
-constexpr std::int16_t layer2Rates[2][16] = {
+constexpr std::int16_t kLayer2Rates[2][16] = {
     {0, 8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160, 0},
     {0, 32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384, 0},
 };
-constexpr std::int16_t layer3Rates[2][16] = {
+constexpr std::int16_t kLayer3Rates[2][16] = {
     {0, 8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160, 0},
     {0, 32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 0},
 };
-constexpr std::int32_t sampleRates[4] = {44100, 48000, 32000, 0};
+constexpr std::int32_t kSampleRates[4] = {44100, 48000, 32000, 0};
 
 // Sync, version, layer and sample rate.
-constexpr std::uint32_t kindMask = 0xFFFE0C00;
+constexpr std::uint32_t kKindMask = 0xFFFE0C00;
 
 }  // namespace
 
@@ -35,8 +35,8 @@ bool ParseMpegFrameHeader(const std::uint8_t* bytes, MpegFrameHeader& header) {
   const bool full = version == version1;
   header.layer = 4 - static_cast<std::int32_t>(layerBits);
   const std::int32_t kilobits =
-      header.layer == 2 ? layer2Rates[full][rateIndex] : layer3Rates[full][rateIndex];
-  header.sampleRate = sampleRates[frequencyIndex] >> (version == version1 ? 0 : version == version2 ? 1 : 2);
+      header.layer == 2 ? kLayer2Rates[full][rateIndex] : kLayer3Rates[full][rateIndex];
+  header.sampleRate = kSampleRates[frequencyIndex] >> (version == version1 ? 0 : version == version2 ? 1 : 2);
   if (kilobits == 0 || header.sampleRate == 0) return false;
   header.bitRate = kilobits * 1000;
   header.channels = (bits >> 6 & 3) == 3 ? 1 : 2;
@@ -44,7 +44,7 @@ bool ParseMpegFrameHeader(const std::uint8_t* bytes, MpegFrameHeader& header) {
   header.bytes =
       header.frames / 8 * header.bitRate / header.sampleRate + static_cast<std::int32_t>(bits >> 9 & 1);
   header.sideBytes = header.channels == 1 ? (full ? 17 : 9) : (full ? 32 : 17);
-  header.kind = bits & kindMask;
+  header.kind = bits & kKindMask;
   return true;
 }
 

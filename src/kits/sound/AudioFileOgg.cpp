@@ -18,9 +18,9 @@ namespace qm {
 
 namespace {
 
-constexpr std::int64_t framesPerIndexEntry = 1 << 18;
-constexpr std::int64_t prerollFrames = 2 * 8192;  // two of the longest blocks
-constexpr std::size_t mostUncounted = 4096;
+constexpr std::int64_t kFramesPerIndexEntry = 1 << 18;
+constexpr std::int64_t kPrerollFrames = 2 * 8192;  // two of the longest blocks
+constexpr std::size_t kMostUncounted = 4096;
 
 // All pages are walked once at opening: only that tells the links and their lengths for certain. Then the
 // counts in the pages give every packet its place, whatever is missing before it.
@@ -73,7 +73,7 @@ AudioFileError OggSource::Open() {
   SilenceLibrary();
   while (AddLink()) continue;
   if (m_links.empty()) return {afeUnsupported, "is an Ogg file that holds no Vorbis audio"};
-  m_info.preroll = prerollFrames;
+  m_info.preroll = kPrerollFrames;
   m_info.length = m_links.back().RawOf(m_links.back().lastGranule);
   Start(m_index.front());
   Describe();
@@ -106,7 +106,7 @@ void OggSource::ScanPages(OggLink& link) {
   for (OggPage page; NextOggPage(*m_bytes, link, walk, page);) {
     if (page.granule < 0) continue;
     const std::int64_t raw = link.RawOf(page.granule);
-    if (raw >= m_index.back().raw + framesPerIndexEntry) m_index.push_back({walk, raw, m_link});
+    if (raw >= m_index.back().raw + kFramesPerIndexEntry) m_index.push_back({walk, raw, m_link});
     link.lastPage = page.position;
     link.lastGranule = page.granule;
   }
@@ -117,7 +117,7 @@ void OggSource::ScanPages(OggLink& link) {
 void OggSource::MeasureEnd(OggLink& link) {
   std::size_t entry = m_index.size() - 1;
   while (m_index[entry].raw > link.raw &&
-         m_index[entry].raw > link.RawOf(link.lastGranule) - framesPerIndexEntry)
+         m_index[entry].raw > link.RawOf(link.lastGranule) - kFramesPerIndexEntry)
     --entry;
   Start(m_index[entry]);
   bool countedBefore = m_index[entry].raw > link.raw;
@@ -196,7 +196,7 @@ void OggSource::CollectPackets(const OggPage& page) {
   // The first packet of all, and the first behind a gap, only prepares the decoder for the second.
   if (!ended.empty() && !(m_primed && follows)) ended.front().place.frames = 0;
   m_primed = !ended.empty() || (m_primed && follows);
-  if (m_collected.size() > mostUncounted) m_collected.clear();
+  if (m_collected.size() > kMostUncounted) m_collected.clear();
   m_collected.insert(m_collected.end(), ended.begin(), ended.end());
 }
 

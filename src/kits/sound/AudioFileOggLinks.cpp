@@ -15,9 +15,9 @@ namespace qm {
 
 namespace {
 
-constexpr std::size_t identificationBytes = 30;
-constexpr std::int64_t mostFramesOfPage = 255 * 4096;
-constexpr std::int64_t leastPageBytes = 28;
+constexpr std::size_t kIdentificationBytes = 30;
+constexpr std::int64_t kMostFramesOfPage = 255 * 4096;
+constexpr std::int64_t kLeastPageBytes = 28;
 
 bool IsHeader(const std::uint8_t* data, std::size_t size, int type) {
   return size > 7 && data[0] == type && std::memcmp(data + 1, "vorbis", 6) == 0;
@@ -34,11 +34,11 @@ void VorbisParserDeleter::operator()(AVVorbisParseContext* parser) const {
 }
 
 std::vector<std::uint8_t> VorbisHeaders::ExtraData() const {
-  static constexpr char comments[] = "\x03vorbis\0\0\0\0\0\0\0\0\1";
-  constexpr std::size_t commentBytes = sizeof comments - 1;
-  std::vector<std::uint8_t> extra = {2, static_cast<std::uint8_t>(identification.size()), commentBytes};
+  static constexpr char kComments[] = "\x03vorbis\0\0\0\0\0\0\0\0\1";
+  constexpr std::size_t kCommentBytes = sizeof kComments - 1;
+  std::vector<std::uint8_t> extra = {2, static_cast<std::uint8_t>(identification.size()), kCommentBytes};
   extra.insert(extra.end(), identification.begin(), identification.end());
-  extra.insert(extra.end(), comments, comments + commentBytes);
+  extra.insert(extra.end(), kComments, kComments + kCommentBytes);
   extra.insert(extra.end(), setup.begin(), setup.end());
   return extra;
 }
@@ -66,11 +66,11 @@ bool FindOggLink(AudioFileBytes& bytes, std::int64_t position, OggLink& link, Vo
     if (page.first) {
       if (behindFirstPages) chosen = behindFirstPages = false;
       const std::size_t size = BodyBytes(page);
-      if (chosen || size < identificationBytes || !IsHeader(page.body, size, 1)) continue;
+      if (chosen || size < kIdentificationBytes || !IsHeader(page.body, size, 1)) continue;
       chosen = true;
       link.start = page.position;
       link.serial = page.serial;
-      headers.identification.assign(page.body, page.body + identificationBytes);
+      headers.identification.assign(page.body, page.body + kIdentificationBytes);
       headers.setup.clear();
       packets.Reset();
       continue;
@@ -91,8 +91,8 @@ bool NextOggPage(AudioFileBytes& bytes, const OggLink& link, OggWalk& walk, OggP
     walk.position = page.end;
     if (page.serial != link.serial) continue;
     if (page.granule < 0) return true;
-    const std::int64_t pages = 1 + (page.position - walk.counted) / leastPageBytes;
-    if (page.granule < walk.granule || page.granule - walk.granule > pages * mostFramesOfPage) continue;
+    const std::int64_t pages = 1 + (page.position - walk.counted) / kLeastPageBytes;
+    if (page.granule < walk.granule || page.granule - walk.granule > pages * kMostFramesOfPage) continue;
     walk.granule = page.granule;
     walk.counted = page.end;
     return true;

@@ -14,27 +14,27 @@ namespace qm {
 
 namespace {
 
-constexpr std::size_t headBytes = 27;
-constexpr std::size_t checksumAt = 22;
+constexpr std::size_t kHeadBytes = 27;
+constexpr std::size_t kChecksumAt = 22;
 
 bool ChecksumFits(const std::uint8_t* page, std::size_t size) {
   static const AVCRC* table = av_crc_get_table(AV_CRC_32_IEEE);
   static constexpr std::uint8_t zeros[4] = {};
-  std::uint32_t sum = av_crc(table, 0, page, checksumAt);
+  std::uint32_t sum = av_crc(table, 0, page, kChecksumAt);
   sum = av_crc(table, sum, zeros, sizeof zeros);
-  sum = av_crc(table, sum, page + checksumAt + 4, size - checksumAt - 4);
+  sum = av_crc(table, sum, page + kChecksumAt + 4, size - kChecksumAt - 4);
   // The library runs this sum with its bytes turned around.
-  return __builtin_bswap32(sum) == LoadLittleEndian<std::uint32_t>(page + checksumAt);
+  return __builtin_bswap32(sum) == LoadLittleEndian<std::uint32_t>(page + kChecksumAt);
 }
 
 bool PageAt(AudioFileBytes& bytes, std::int64_t position, OggPage& page) {
-  const std::uint8_t* head = bytes.View(position, headBytes);
+  const std::uint8_t* head = bytes.View(position, kHeadBytes);
   if (head == nullptr || std::memcmp(head, "OggS", 5) != 0) return false;  // the fifth byte is version 0
   const int segments = head[26];
-  head = bytes.View(position, headBytes + static_cast<std::size_t>(segments));
+  head = bytes.View(position, kHeadBytes + static_cast<std::size_t>(segments));
   if (head == nullptr) return false;
   const std::size_t size =
-      std::accumulate(head + headBytes, head + headBytes + segments, headBytes + segments);
+      std::accumulate(head + kHeadBytes, head + kHeadBytes + segments, kHeadBytes + segments);
   head = bytes.View(position, size);
   if (head == nullptr || !ChecksumFits(head, size)) return false;
   page.position = position;
@@ -44,16 +44,16 @@ bool PageAt(AudioFileBytes& bytes, std::int64_t position, OggPage& page) {
   page.granule = LoadLittleEndian<std::int64_t>(head + 6);
   page.serial = LoadLittleEndian<std::uint32_t>(head + 14);
   page.sequence = LoadLittleEndian<std::uint32_t>(head + 18);
-  page.segments = head + headBytes;
+  page.segments = head + kHeadBytes;
   page.segmentCount = segments;
-  page.body = head + headBytes + segments;
+  page.body = head + kHeadBytes + segments;
   return true;
 }
 
 }  // namespace
 
 bool FindOggPage(AudioFileBytes& bytes, std::int64_t position, OggPage& page) {
-  for (const std::int64_t last = bytes.Size() - static_cast<std::int64_t>(headBytes); position <= last;
+  for (const std::int64_t last = bytes.Size() - static_cast<std::int64_t>(kHeadBytes); position <= last;
        ++position) {
     if (PageAt(bytes, position, page)) return true;
     // On to the next byte that may begin a page.

@@ -33,7 +33,7 @@ class OggPackets {
   bool Add(const OggPage& page, Take take);
 
  private:
-  static constexpr std::size_t mostBytes = 1 << 20;
+  static constexpr std::size_t kMostBytes = 1 << 20;
   std::vector<std::uint8_t> m_packet;
   bool m_begun = false;  // m_packet holds the beginning of one
   bool m_tooLarge = false;
@@ -54,7 +54,7 @@ bool OggPackets::Add(const OggPage& page, Take take) {
   const std::uint8_t* data = page.body;
   for (int i = 0; i < page.segmentCount; ++i) {
     const std::uint8_t size = page.segments[i];
-    if (m_packet.size() + size > mostBytes) m_tooLarge = true;
+    if (m_packet.size() + size > kMostBytes) m_tooLarge = true;
     if (inPacket && !m_tooLarge) m_packet.insert(m_packet.end(), data, data + size);
     m_begun = inPacket;
     data += size;

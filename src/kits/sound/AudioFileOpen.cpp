@@ -16,8 +16,8 @@ namespace {
 using Bytes = std::unique_ptr<AudioFileBytes>;
 using Reader = std::unique_ptr<AudioFileReader>;
 
-constexpr std::uint8_t asfHeader[16] = {0x30, 0x26, 0xB2, 0x75, 0x8E, 0x66, 0xCF, 0x11,
-                                        0xA6, 0xD9, 0x00, 0xAA, 0x00, 0x62, 0xCE, 0x6C};
+constexpr std::uint8_t kAsfHeader[16] = {0x30, 0x26, 0xB2, 0x75, 0x8E, 0x66, 0xCF, 0x11,
+                                         0xA6, 0xD9, 0x00, 0xAA, 0x00, 0x62, 0xCE, 0x6C};
 
 bool BeginsWith(AudioFileBytes& bytes, const void* signature, std::size_t size) {
   const std::uint8_t* head = bytes.View(0, size);
@@ -90,7 +90,7 @@ Reader OpenByContents(Bytes bytes, CompressedAudio compressed, AudioFileError& e
   auto open = OpenMpeg;
   if (IsWave(*bytes)) open = OpenWave;
   if (BeginsWith(*bytes, "OggS", 4)) open = OpenOgg;
-  if (BeginsWith(*bytes, asfHeader, sizeof asfHeader)) open = OpenWma;
+  if (BeginsWith(*bytes, kAsfHeader, sizeof kAsfHeader)) open = OpenWma;
   return open(std::move(bytes), compressed, error);
 }
 

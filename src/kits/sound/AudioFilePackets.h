@@ -46,6 +46,7 @@ class AudioPacketSource {
 
   // Packets ended because the system failed to read the file.
   bool ReadFailed() const;
+  void ForgetFailure();
 
  protected:
   const std::shared_ptr<AudioFileBytes> m_bytes;

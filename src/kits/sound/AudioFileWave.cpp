@@ -12,10 +12,10 @@ namespace qm {
 
 namespace {
 
-constexpr int mostChunks = 4096;
-constexpr std::uint32_t sizeInLongChunk = 0xFFFFFFFF;
-constexpr std::int32_t mostChannels = 8;
-constexpr std::int32_t mostSampleRate = 768000;
+constexpr int kMostChunks = 4096;
+constexpr std::uint32_t kSizeInLongChunk = 0xFFFFFFFF;
+constexpr std::int32_t kMostChannels = 8;
+constexpr std::int32_t kMostSampleRate = 768000;
 
 bool Is(const std::uint8_t* id, const char* name) {
   return std::memcmp(id, name, 4) == 0;
@@ -27,7 +27,7 @@ bool LooksLikeId(const std::uint8_t* id) {
 
 // Whether chunks stand end to end from here to the end of the file.
 bool ChunksToTheEnd(AudioFileBytes& bytes, std::int64_t position) {
-  for (int i = 0; i < mostChunks && position < bytes.Size(); ++i) {
+  for (int i = 0; i < kMostChunks && position < bytes.Size(); ++i) {
     const std::uint8_t* head = bytes.View(position, 8);
     if (head == nullptr || !LooksLikeId(head)) return false;
     position += 8 + static_cast<std::int64_t>(LoadLittleEndian<std::uint32_t>(head + 4)) + (head[4] & 1);
@@ -47,7 +47,7 @@ std::int64_t DataBytes(AudioFileBytes& bytes, std::int64_t start, std::uint32_t 
                        std::int64_t longSize) {
   const std::int64_t left = bytes.Size() - start;
   std::int64_t size = stated;
-  if (stated == sizeInLongChunk && longSize > 0) size = longSize;
+  if (stated == kSizeInLongChunk && longSize > 0) size = longSize;
   if (stated == 0 && longSize > 0) size = longSize;
   if (size == 0 && !ChunksToTheEnd(bytes, start)) return left;
   return size > left ? left : size;
@@ -77,9 +77,9 @@ void ReadFormat(AudioFileBytes& bytes, std::int64_t start, std::uint32_t size, W
 
 AudioFileError CheckFormat(const WaveHeader& header, bool formatSeen) {
   if (!formatSeen) return {afeUnsupported, "is a WAV file without a format"};
-  if (header.channels < 1 || header.channels > mostChannels)
+  if (header.channels < 1 || header.channels > kMostChannels)
     return {afeUnsupported, "is a WAV file with " + std::to_string(header.channels) + " channels"};
-  if (header.sampleRate < 1 || header.sampleRate > mostSampleRate)
+  if (header.sampleRate < 1 || header.sampleRate > kMostSampleRate)
     return {afeUnsupported, "is a WAV file with " + std::to_string(header.sampleRate) + " samples a second"};
   return {};
 }
@@ -106,7 +106,7 @@ class WaveReader : public AudioFileReader {
     m_format.SetBitsPerSample(header.bits);
     m_format.SetWAVFormatTag(header.formatTag);
     m_length = header.dataBytes / static_cast<std::int64_t>(m_frameBytes);
-    m_stored.resize(storedBytes / m_frameBytes * m_frameBytes);
+    m_stored.resize(kStoredBytes / m_frameBytes * m_frameBytes);
   }
 
   std::size_t Read(float* interleaved, std::size_t frames) override {
@@ -137,7 +137,7 @@ class WaveReader : public AudioFileReader {
   }
 
  private:
-  static constexpr std::size_t storedBytes = 1 << 16;
+  static constexpr std::size_t kStoredBytes = 1 << 16;
   std::unique_ptr<AudioFileBytes> m_bytes;
   SampleCoding m_coding;
   std::int64_t m_start;
@@ -157,7 +157,7 @@ bool IsWave(AudioFileBytes& bytes) {
 AudioFileError ReadWaveHeader(AudioFileBytes& bytes, WaveHeader& header) {
   std::int64_t position = 12, longSize = 0;
   bool formatSeen = false;
-  for (int i = 0; i < mostChunks; ++i) {
+  for (int i = 0; i < kMostChunks; ++i) {
     const std::uint8_t* head = bytes.View(position, 8);
     if (head == nullptr) break;
     const std::uint32_t size = LoadLittleEndian<std::uint32_t>(head + 4);
@@ -188,12 +188,12 @@ bool WaveCoding(const WaveHeader& header, SampleCoding& coding) {
     std::int32_t tag, bytes;
     SampleCoding coding;
   };
-  static constexpr std::int32_t tagALaw = 6, tagMuLaw = 7;
+  static constexpr std::int32_t kTagALaw = 6, kTagMuLaw = 7;
   static constexpr Row rows[] = {
       {wftPCM, 1, SampleCoding::unsigned8}, {wftPCM, 2, SampleCoding::signed16},
       {wftPCM, 3, SampleCoding::signed24},  {wftPCM, 4, SampleCoding::signed32},
       {wftFloat, 4, SampleCoding::float32}, {wftFloat, 8, SampleCoding::float64},
-      {tagALaw, 1, SampleCoding::aLaw},     {tagMuLaw, 1, SampleCoding::muLaw},
+      {kTagALaw, 1, SampleCoding::aLaw},    {kTagMuLaw, 1, SampleCoding::muLaw},
   };
   const std::int32_t bytes = ContainerBytes(header);
   for (const Row& row : rows)

@@ -10,8 +10,8 @@ namespace qm {
 
 namespace {
 
-constexpr std::uint32_t tooLong = 0xFFFFFFFF;
-constexpr std::size_t longSizesBytes = 28;  // of a ds64 chunk without a table (EBU Tech 3306)
+constexpr std::uint32_t kTooLong = 0xFFFFFFFF;
+constexpr std::size_t kLongSizesBytes = 28;  // of a ds64 chunk without a table (EBU Tech 3306)
 
 template <class T>
 void Append(std::string& text, std::int64_t value) {
@@ -80,14 +80,14 @@ std::string WaveWriter::Header() const {
   const std::string format = FormatChunk(m_header);
   const bool fact = m_header.formatTag != wftPCM;
   const auto body =
-      static_cast<std::int64_t>(4 + 8 + longSizesBytes + 8 + format.size() + (fact ? 12 : 0) + 8) +
+      static_cast<std::int64_t>(4 + 8 + kLongSizesBytes + 8 + format.size() + (fact ? 12 : 0) + 8) +
       m_dataBytes + (m_dataBytes & 1);
   const bool isLong = body > m_longFormBeyond;
   const std::int64_t frames = m_dataBytes / m_header.blockAlign;
   std::string head = isLong ? "RF64" : "RIFF";
-  Append<std::uint32_t>(head, isLong ? tooLong : body);
+  Append<std::uint32_t>(head, isLong ? kTooLong : body);
   head += isLong ? "WAVEds64" : "WAVEJUNK";
-  Append<std::uint32_t>(head, longSizesBytes);
+  Append<std::uint32_t>(head, kLongSizesBytes);
   for (std::int64_t size : {body, m_dataBytes, frames}) Append<std::uint64_t>(head, isLong ? size : 0);
   Append<std::uint32_t>(head, 0);
   head += "fmt ";
@@ -96,19 +96,19 @@ std::string WaveWriter::Header() const {
   if (fact) {
     head += "fact";
     Append<std::uint32_t>(head, 4);
-    Append<std::uint32_t>(head, isLong ? tooLong : frames);
+    Append<std::uint32_t>(head, isLong ? kTooLong : frames);
   }
   head += "data";
-  Append<std::uint32_t>(head, isLong ? tooLong : m_dataBytes);
+  Append<std::uint32_t>(head, isLong ? kTooLong : m_dataBytes);
   return head;
 }
 
 AudioFileError WaveWriter::Write(const float* interleaved, std::size_t frames) {
-  constexpr std::size_t partSamples = 1 << 14;
+  constexpr std::size_t kPartSamples = 1 << 14;
   const std::size_t sampleBytes = BytesOf(m_coding);
-  m_stored.resize(partSamples * sampleBytes);
+  m_stored.resize(kPartSamples * sampleBytes);
   for (std::size_t left = frames * static_cast<std::size_t>(m_header.channels); left > 0;) {
-    const std::size_t part = left < partSamples ? left : partSamples;
+    const std::size_t part = left < kPartSamples ? left : kPartSamples;
     EncodeSamples(m_coding, interleaved, part, m_stored.data());
     if (!m_target.WriteAt(m_dataStart + m_dataBytes, m_stored.data(), part * sampleBytes))
       return m_target.Error();

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "kits/common/LittleEndian.h"
+#include "kits/sound/AudioFileAsfProperties.h"
 #include "kits/sound/AudioFileBytes.h"
 #include "kits/sound/AudioFileLibrary.h"
 #include "kits/sound/cAudioFile.h"
@@ -15,9 +16,9 @@ namespace qm {
 
 namespace {
 
-constexpr int bufferBytes = 1 << 15;
+constexpr int kBufferBytes = 1 << 15;
 // The library keeps an index of its own; this holds its size down however long the file is.
-constexpr unsigned mostIndexBytes = 1 << 16;
+constexpr unsigned kMostIndexBytes = 1 << 16;
 
 // A container opened by the library from our bytes alone: it never sees a path, and cannot open anything
 // else.
@@ -69,13 +70,13 @@ std::int64_t Container::SeekTo(void* self, std::int64_t offset, int whence) {
 int Container::Open(const char* formatName) {
   const AVInputFormat* format = av_find_input_format(formatName);
   if (format == nullptr) return AVERROR_DEMUXER_NOT_FOUND;
-  auto* buffer = static_cast<std::uint8_t*>(av_malloc(bufferBytes));
-  m_input = avio_alloc_context(buffer, bufferBytes, 0, this, ReadPacket, nullptr, SeekTo);
+  auto* buffer = static_cast<std::uint8_t*>(av_malloc(kBufferBytes));
+  m_input = avio_alloc_context(buffer, kBufferBytes, 0, this, ReadPacket, nullptr, SeekTo);
   m_context = avformat_alloc_context();
   if (m_input == nullptr || m_context == nullptr) return AVERROR(ENOMEM);
   m_context->pb = m_input;
   m_context->io_open = RefuseOpen;
-  m_context->max_index_size = mostIndexBytes;
+  m_context->max_index_size = kMostIndexBytes;
   return avformat_open_input(&m_context, "", format, nullptr);
 }
 
@@ -115,6 +116,7 @@ class WmaSource : public AudioPacketSource {
 
   AudioFileError OpenStream();
   void ReadProperties();
+  std::int64_t WithoutPadding(std::int64_t frames) const;
   bool ReadPacket();
   bool Advance();
   std::int64_t FramesIn(const AVPacket& packet) const;
@@ -125,8 +127,8 @@ class WmaSource : public AudioPacketSource {
   void StartSegment();
   bool NextInOrder(AVPacket* packet, AudioPacketPlace& place);
 
-  static constexpr std::int64_t packetsPerIndexEntry = 256;
-  static constexpr std::int64_t prerollPackets = 8;
+  static constexpr std::int64_t kPacketsPerIndexEntry = 256;
+  static constexpr std::int64_t kPrerollPackets = 8;
   Container m_container;
   AVStream* m_stream = nullptr;
   std::int64_t m_transform = 0;  // frames of one transform
@@ -204,9 +206,9 @@ AudioFileError WmaSource::Open() {
   // well.
   m_info.delay = (m_reservoir ? 3 : 2) * m_transform;
   m_noise = UsesNoise();
-  m_info.preroll = m_noise ? 0 : prerollPackets * m_transform;
+  m_info.preroll = m_noise ? 0 : kPrerollPackets * m_transform;
   m_info.rawAtDrain = m_raw;
-  m_info.length = std::max<std::int64_t>(0, m_raw + m_transform - m_info.delay);
+  m_info.length = WithoutPadding(std::max<std::int64_t>(0, m_raw + m_transform - m_info.delay));
   return GoTo(m_index.front()) ? AudioFileError{} : AudioFileError{afeDamaged, "cannot be positioned"};
 }
 
@@ -223,6 +225,15 @@ bool WmaSource::Advance() {
   const std::int64_t most = (m_ahead->pos - position) / std::max(1, m_stream->codecpar->block_align / 2);
   if (lost >= (m_reservoir ? 16 : 1) && lost <= most) m_raw += lost * m_transform;
   return true;
+}
+
+// An encoder that knew says how much of the last transforms is audio.
+std::int64_t WmaSource::WithoutPadding(std::int64_t frames) const {
+  std::string head(kAsfHeadBytes, '\0');
+  head.resize(m_bytes->ReadAt(0, head.data(), head.size()));
+  const std::optional<AsfDuration> duration = FindAsfDuration(head);
+  const std::int64_t stated = duration ? duration->Frames(m_info.format.SampleRate()) : frames;
+  return stated < frames && stated > frames - 4 * m_transform ? stated : frames;
 }
 
 bool WmaSource::ReadPacket() {
@@ -244,7 +255,7 @@ std::int64_t WmaSource::FramesIn(const AVPacket& packet) const {
 bool WmaSource::Scan() {
   bool more = ReadPacket();
   for (std::int64_t count = 0; more; ++count) {
-    if (count % packetsPerIndexEntry == 0) m_index.push_back({m_ahead->pts, m_ahead->pos, m_raw});
+    if (count % kPacketsPerIndexEntry == 0) m_index.push_back({m_ahead->pts, m_ahead->pos, m_raw});
     more = Advance();
   }
   return !m_index.empty();
@@ -253,7 +264,7 @@ bool WmaSource::Scan() {
 // Leaves the packet of that place as the next one.
 bool WmaSource::GoTo(const Place& place) {
   m_raw = place.raw;
-  m_ordinal = (&place - m_index.data()) * packetsPerIndexEntry;
+  m_ordinal = (&place - m_index.data()) * kPacketsPerIndexEntry;
   for (std::int64_t timestamp : {place.timestamp, m_index.front().timestamp}) {
     if (av_seek_frame(m_container.Context(), m_stream->index, timestamp, AVSEEK_FLAG_BACKWARD) < 0) continue;
     while (ReadPacket())
@@ -267,7 +278,7 @@ bool WmaSource::NextInOrder(AVPacket* packet, AudioPacketPlace& place) {
   place = {m_raw, FramesIn(*packet), std::exchange(m_fresh, false)};
   if (m_noise) {
     m_recent.push_back({PacketPtr(av_packet_clone(packet)), place});
-    if (m_recent.size() > prerollPackets) m_recent.pop_front();
+    if (m_recent.size() > kPrerollPackets) m_recent.pop_front();
   }
   Advance();
   return true;
@@ -276,14 +287,14 @@ bool WmaSource::NextInOrder(AVPacket* packet, AudioPacketPlace& place) {
 // With noise, the audio between two index entries always comes from a decoder that began a few packets ahead
 // of the first: then it is the same however reading came there.
 void WmaSource::StartSegment() {
-  m_segment = m_ordinal / packetsPerIndexEntry;
+  m_segment = m_ordinal / kPacketsPerIndexEntry;
   m_again = std::move(m_recent);
   m_recent.clear();
   if (!m_again.empty()) m_again.front().place.fresh = true;
 }
 
 bool WmaSource::Next(AVPacket* packet, AudioPacketPlace& place) {
-  if (m_noise && m_ordinal / packetsPerIndexEntry > m_segment) StartSegment();
+  if (m_noise && m_ordinal / kPacketsPerIndexEntry > m_segment) StartSegment();
   if (m_again.empty()) return NextInOrder(packet, place);
   if (m_again.front().packet) av_packet_move_ref(packet, m_again.front().packet.get());
   place = m_again.front().place;
@@ -305,7 +316,7 @@ bool WmaSource::Position(std::int64_t rawFrame) {
     return true;
   }
   if (!GoTo(m_index[static_cast<std::size_t>(std::max<std::int64_t>(1, m_segment) - 1)])) return false;
-  while (m_ordinal < m_segment * packetsPerIndexEntry - prerollPackets)
+  while (m_ordinal < m_segment * kPacketsPerIndexEntry - kPrerollPackets)
     if (!Advance()) break;
   return true;
 }

@@ -20,7 +20,8 @@ struct cAudioFile::State {
   AudioFileSettings wav, mp3, ogg, wma, mp2;
   std::string path;
   cAudioFormat format;
-  std::int64_t written = 0;  // frames
+  std::int64_t written = 0;   // frames
+  AudioFileError writeError;  // once set, the file being written is not to take its place
   AudioFileError error;
   std::vector<float> scratch;
 
@@ -84,6 +85,7 @@ std::int32_t cAudioFile::CreateFile(const std::string& path, std::int32_t mode) 
   s.path = path;
   s.format = {};
   s.written = 0;
+  s.writeError = {};
   return s.Guarded([&] {
     AudioFileError error;
     s.writer = CreateAudioFileWriter(path, mode, s.SettingsFor(mode), error);
@@ -97,7 +99,7 @@ std::int32_t cAudioFile::Close() {
   s.reader.reset();
   auto writer = std::move(s.writer);
   if (!writer) return afeNone;
-  return s.Guarded([&] { return writer->Finish(); });
+  return s.Guarded([&] { return s.writeError ? s.writeError : writer->Finish(); });
 }
 
 bool cAudioFile::IsOpen() const {
@@ -110,11 +112,11 @@ void cAudioFile::ReadSamples(std::int32_t count, std::vector<std::int16_t>& samp
   if (!s.reader) s.Fail({afeNotOpen, "no file is open for reading"});
   if (!s.reader || count <= 0) return;
   const auto channels = static_cast<std::size_t>(Channels());
-  constexpr std::size_t partFrames = 8192;
-  s.scratch.resize(partFrames * channels);
+  constexpr std::size_t kPartFrames = 8192;
+  s.scratch.resize(kPartFrames * channels);
   auto left = static_cast<std::size_t>(count);
   while (left > 0) {
-    std::size_t got = ReadFrames(s.scratch.data(), std::min(left, partFrames));
+    std::size_t got = ReadFrames(s.scratch.data(), std::min(left, kPartFrames));
     if (got == 0) return;
     std::size_t filled = samples.size();
     samples.resize(filled + got * channels);
@@ -148,9 +150,9 @@ std::int32_t cAudioFile::WriteSamples(const std::int16_t* interleaved, std::size
   State& s = *m_state;
   if (!s.writer) return s.Fail({afeNotOpen, "no file is open for writing"});
   const auto channels = static_cast<std::size_t>(Channels());
-  constexpr std::size_t partFrames = 8192;
+  constexpr std::size_t kPartFrames = 8192;
   while (frames > 0) {
-    std::size_t part = std::min(frames, partFrames);
+    std::size_t part = std::min(frames, kPartFrames);
     s.scratch.resize(part * channels);
     Float16Bit(interleaved, part * channels, s.scratch.data());
     if (std::int32_t number = WriteFrames(s.scratch.data(), part)) return number;
@@ -164,9 +166,9 @@ std::int32_t cAudioFile::WriteFrames(const float* interleaved, std::size_t frame
   State& s = *m_state;
   return s.Guarded([&]() -> AudioFileError {
     if (!s.writer) return {afeNotOpen, "no file is open for writing"};
-    AudioFileError error = s.writer->Write(interleaved, frames);
-    if (!error) s.written += static_cast<std::int64_t>(frames);
-    return error;
+    if (!s.writeError) s.writeError = s.writer->Write(interleaved, frames);
+    if (!s.writeError) s.written += static_cast<std::int64_t>(frames);
+    return s.writeError;
   });
 }
 
@@ -211,9 +213,8 @@ void cAudioFile::SetOggSettings(std::int32_t rate, std::int32_t channels, std::i
   ogg.sampleRate = rate;
   ogg.channels = channels;
   ogg.bitRate = bitRate;
-  ogg.minimumBitRate = minimumBitRate;
-  ogg.maximumBitRate = maximumBitRate;
-  ogg.variableBitRate = !managed;
+  ogg.minimumBitRate = managed ? minimumBitRate : 0;
+  ogg.maximumBitRate = managed ? maximumBitRate : 0;
 }
 
 void cAudioFile::SetWMAProfile(const std::string& profile) {

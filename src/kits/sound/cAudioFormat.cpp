@@ -13,18 +13,18 @@ struct TypeName {
   std::string_view name;
 };
 
-constexpr TypeName typeNames[] = {
+constexpr TypeName kTypeNames[] = {
     {aftOther, "Other"}, {aftWAV, "WAV"}, {aftMP3, "MP3"}, {aftOgg, "Ogg"}, {aftWMA, "WMA"}, {aftMP2, "MP2"},
 };
 
 std::string_view NameOfType(std::int32_t type) {
-  for (const TypeName& row : typeNames)
+  for (const TypeName& row : kTypeNames)
     if (row.type == type) return row.name;
   return "";
 }
 
 std::int32_t TypeOfName(std::string_view name) {
-  for (const TypeName& row : typeNames)
+  for (const TypeName& row : kTypeNames)
     if (EqualIgnoringCase(row.name, name)) return row.type;
   return ParseWhole(name);
 }
@@ -35,7 +35,7 @@ struct NumberField {
   void (cAudioFormat::*set)(std::int32_t);
 };
 
-constexpr NumberField numberFields[] = {
+constexpr NumberField kNumberFields[] = {
     {"SampleRate", &cAudioFormat::SampleRate, &cAudioFormat::SetSampleRate},
     {"Channels", &cAudioFormat::Channels, &cAudioFormat::SetChannels},
     {"WAVFormatTag", &cAudioFormat::WAVFormatTag, &cAudioFormat::SetWAVFormatTag},
@@ -74,7 +74,7 @@ std::string cAudioFormat::SerialisedFormat() const {
     text =
         AppendTag(text, "FormatType", name.empty() ? NumberText(m_formatType) : std::string(name), "=", true);
   }
-  for (const NumberField& field : numberFields) {
+  for (const NumberField& field : kNumberFields) {
     std::int32_t value = (this->*field.get)();
     if (value != 0) text = AppendTag(text, field.key, NumberText(value), "=", true);
   }
@@ -85,7 +85,7 @@ std::string cAudioFormat::SerialisedFormat() const {
 void cAudioFormat::SetSerialisedFormat(std::string_view text) {
   *this = {};
   m_formatType = TypeOfName(GetTagValue(text, "FormatType"));
-  for (const NumberField& field : numberFields) (this->*field.set)(ParseWhole(GetTagValue(text, field.key)));
+  for (const NumberField& field : kNumberFields) (this->*field.set)(ParseWhole(GetTagValue(text, field.key)));
   m_wmaProfile = GetTagValue(text, "WMAProfile", "=", true);
 }
 

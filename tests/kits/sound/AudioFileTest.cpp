@@ -157,6 +157,46 @@ TEST(AudioFileOgg, CutOutOfARunningStreamBeginsAtItsFirstFrame) {
   ExpectSeeksExact(folder.File("cut.ogg"), cut.samples);
 }
 
+// Whatever stands around or ahead of the frames is not audio.
+TEST(AudioFileMpeg, WhatIsNotAudioIsPassedOver) {
+  TempFolder folder;
+  ASSERT_TRUE(RunCommand("cd " + Quoted(folder.Path()) +
+                         " && sox -n -r 44100 -c 2 -b 16 in.wav synth 2 pinknoise && "
+                         "lame -t -b 128 in.wav a.mp3"));
+  const std::string plain = ReadBytes(folder.File("a.mp3"));
+  const Decoded expected = DecodeFile(folder.File("a.mp3"));
+  ASSERT_GT(expected.stated, 80000);
+  const std::string picture(70000, '\xFF');
+  const std::string id3 =
+      "ID3" + std::string("\4\0\0\0\4\x22\x70", 7) + picture;  // 70000 in four times seven bits
+  const std::string lastTag = "TAG" + std::string(125, ' ');
+  const std::string ape = "APETAGEX" + LittleEndian(2000, 4) + LittleEndian(32 + 50, 4) + LittleEndian(0, 4);
+  const std::string apeTag = ape + LittleEndian(0xA0000000, 4) + std::string(8, '\0') +
+                             std::string(50, '\xFB') + ape + LittleEndian(0x80000000, 4) +
+                             std::string(8, '\0');
+  std::string bitRates = plain.substr(0, 417);
+  std::fill(bitRates.begin() + 4, bitRates.end(), '\0');
+  bitRates.replace(36, 4, "VBRI");
+  bitRates[2] = static_cast<char>(bitRates[2] & ~2);  // a frame that is not filled up has 417 bytes
+  const std::pair<const char*, std::string> rows[] = {
+      {"ID3v2 with a picture", id3 + plain},
+      {"two of them", id3 + id3 + plain},
+      {"ID3v1", plain + lastTag},
+      {"APE and ID3v1", plain + apeTag + lastTag},
+      {"a VBRI frame", bitRates + plain},
+      {"ID3v2 and a VBRI frame", id3 + bitRates + plain},
+      {"bytes of something else", std::string(5000, '\x7E') + plain},
+      {"half a frame at the end", plain + plain.substr(0, 200)},
+  };
+  for (const auto& [what, bytes] : rows) {
+    WriteBytes(folder.File("b"), bytes);
+    const Decoded decoded = DecodeFile(folder.File("b"));
+    EXPECT_EQ(decoded.error, "") << what;
+    EXPECT_EQ(decoded.stated, expected.stated) << what;
+    EXPECT_TRUE(decoded.samples == expected.samples) << what;
+  }
+}
+
 // At low bit rates the decoder adds noise that runs on from where it began; a seek must meet it all the same.
 TEST(AudioFileWma, SeeksToTheSampleWhereTheDecoderAddsNoise) {
   for (const char* command : {"sox -n -r 11025 -c 1 -b 16 in.wav synth 31 pinknoise && ffmpeg -i in.wav -c:a "

@@ -73,7 +73,7 @@ TEST(AudioFileWriting, CompressedAudioComesBackInTime) {
   const Row rows[] = {
       {ecmMP3, aftMP3, 44100, 2, 192000, 0, 0},      {ecmMP3, aftMP3, 22050, 1, 64000, 0, 0},
       {ecmOgg, aftOgg, 48000, 2, 160000, 0, 0},      {ecmOgg, aftOgg, 8000, 1, 24000, 0, 0},
-      {ecmWMA, aftWMA, 44100, 2, 192000, 0, 4096},   {ecmWMA, aftWMA, 22050, 2, 64000, 0, 2048},
+      {ecmWMA, aftWMA, 44100, 2, 192000, 0, 0},      {ecmWMA, aftWMA, 22050, 2, 64000, 0, 0},
       {ecmMP2, aftMP2, 48000, 2, 256000, 481, 2304}, {ecmMP2, aftMP2, 32000, 1, 96000, 481, 2304},
   };
   for (const Row& row : rows) {
@@ -111,7 +111,7 @@ TEST(AudioFileWriting, AFileWithoutAudioCanBeOpened) {
     ASSERT_EQ(file.CreateFile(folder.File("a"), mode), 0) << file.ErrorText();
     ASSERT_EQ(file.Close(), 0) << file.ErrorText();
     ASSERT_EQ(file.OpenForRead(folder.File("a")), 0) << file.ErrorText();
-    EXPECT_LE(file.NumberSamples(), mode == ecmWAV ? 0 : 4096);
+    EXPECT_LE(file.NumberSamples(), mode == ecmWAV || mode == ecmWMA ? 0 : 1152);
     EXPECT_EQ(file.SampleRate(), 44100);
   }
 }
