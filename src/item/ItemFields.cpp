@@ -74,14 +74,30 @@ constexpr double DefaultNumber(T value) {
 constexpr std::int32_t kAny = 0, kCaptions = hiaCaptions, kCopyright = hiaCopyright, kPictures = hiaPictures,
                        kTiming = hiaTiming;
 
-#define QM_ROW(Count, Name, Kind, Default, Comparison, Group, Key, Written)                        \
-  WithAccess<item_field::Kind, &cHDItem::Name, &cHDItem::Set##Name>(                               \
-      {eif##Name, #Name, ifk##Kind, Count, DefaultNumber(Default), ifc##Comparison, k##Group, Key, \
-       ifw##Written, nullptr, nullptr, nullptr, nullptr}),
+#define QM_ROW(Count, Name, Kind, Default, Comparison, Group, Key, Written, ...)             \
+  WithAccess<item_field::Kind, &cHDItem::Name, &cHDItem::Set##Name>({eif##Name,              \
+                                                                     #Name,                  \
+                                                                     ifk##Kind,              \
+                                                                     Count,                  \
+                                                                     DefaultNumber(Default), \
+                                                                     ifc##Comparison,        \
+                                                                     k##Group,               \
+                                                                     Key,                    \
+                                                                     ifw##Written,           \
+                                                                     {__VA_ARGS__},          \
+                                                                     nullptr,                \
+                                                                     nullptr,                \
+                                                                     nullptr,                \
+                                                                     nullptr}),
 
 constexpr ItemField kFields[] = {
 #define QM_FIELD(...) QM_ROW(1, __VA_ARGS__)
 #define QM_FIELDS(...) QM_ROW(3, __VA_ARGS__)
+#include "item/cHDItemFields.def"
+};
+
+constexpr ItemExtra kExtras[] = {
+#define QM_EXTRA(Name, Key, ReadKey, LineKey) {#Name, Key, ReadKey, LineKey, &cHDItem::Name},
 #include "item/cHDItemFields.def"
 };
 
@@ -94,6 +110,10 @@ bool SameValue(const cHDItem& first, const cHDItem& second, const ItemField& fie
 
 std::span<const ItemField> ItemFields() {
   return kFields;
+}
+
+std::span<const ItemExtra> ItemExtras() {
+  return kExtras;
 }
 
 const ItemField* FindItemField(std::string_view name) {

@@ -39,7 +39,7 @@ void AppendWord(std::string& text, std::string_view word) {
 }  // namespace
 
 cHDItem::cHDItem() : m_audioFormat(std::make_shared<cAudioFormat>()) {
-#define QM_EXTRA(Name) MakeExtras(m_##Name);
+#define QM_EXTRA(Name, ...) MakeExtras(m_##Name);
 #include "item/cHDItemFields.def"
 }
 
@@ -150,7 +150,7 @@ void cHDItem::IncrementVersion() {
 }
 
 bool cHDItem::SameExtras(const cHDItem& other) const {
-#define QM_EXTRA(Name) \
+#define QM_EXTRA(Name, ...) \
   if (!Same(m_##Name, other.m_##Name)) return false;
 #include "item/cHDItemFields.def"
   return true;

@@ -14,6 +14,7 @@ class cAudioFormat;
 class cHDItemMark;
 class cHDItemTimeExtra;
 class Clock;
+class XmlElement;
 
 // An audio item: one audio file with its timing marks and everything that is known about it. It holds no
 // audio.
@@ -55,7 +56,7 @@ class cHDItem {
     return m_##Name.Get(index);                                       \
   }                                                                   \
   void Set##Name(std::int32_t index, item_field::Kind value);
-#define QM_EXTRA(Name)                                               \
+#define QM_EXTRA(Name, ...)                                          \
   std::shared_ptr<cHDItemTimeExtra> Name(std::int32_t index) const { \
     return m_##Name.Get(index);                                      \
   }
@@ -98,6 +99,17 @@ class cHDItem {
   // object.
   bool IsSame(const std::shared_ptr<const cHDItem>& other, bool TestLastPlays) const;
 
+  // The item as one line of tag text: the fields of the groups that InfoAvailable names, each only where it
+  // says something.
+  std::string Serialisation() const;
+  // Reads such a text, or one in the older long form. Fields that the text does not hold become 0 or "",
+  // plays are added to those the item has. Not everything that is written comes back: DABNotes, colours, and
+  // the extras of intros are read by other keys than they are written with, and an extra of an audio start or
+  // an extro takes the place of that mark. False, with nothing changed, for an empty text.
+  bool SetSerialisation(std::string strNewValue);
+  // A new element "hditem" for others to read, in no document.
+  std::shared_ptr<XmlElement> XML() const;
+
   // The marker list, kept in the order of StartSample. Markers are shared with the caller. A MarkerType of 0
   // means all.
   std::int32_t NumberMarkers(std::int32_t MarkerType = 0) const;
@@ -132,7 +144,7 @@ class cHDItem {
 
 #define QM_FIELD(Name, Kind, Default, ...) item_field::Kind m_##Name = Default;
 #define QM_FIELDS(Name, Kind, ...) item_field::Triple<item_field::Kind> m_##Name;
-#define QM_EXTRA(Name) item_field::Triple<std::shared_ptr<cHDItemTimeExtra>> m_##Name;
+#define QM_EXTRA(Name, ...) item_field::Triple<std::shared_ptr<cHDItemTimeExtra>> m_##Name;
 #include "item/cHDItemFields.def"
   std::shared_ptr<cAudioFormat> m_audioFormat;
   std::vector<Play> m_plays;

@@ -1,0 +1,50 @@
+#include "kits/common/TagIndex.h"
+
+#include <gtest/gtest.h>
+// rapidcheck takes up what stands before it.
+#include <rapidcheck.h>
+
+#include "kits/common/TagText.h"
+
+namespace qm {
+namespace {
+
+void ExpectSameAsSearch(const std::string& text, const std::string& key) {
+  const TagIndex index(text);
+  EXPECT_EQ(index.Value(key), GetTagValue(text, key)) << text << " | " << key;
+  EXPECT_EQ(index.Value(key, etdDecoded), GetTagValue(text, key, "=", true)) << text << " | " << key;
+}
+
+TEST(TagIndex, GivesWhatASearchGivesInAnyText) {
+  EXPECT_TRUE(rc::check([] {
+    // Few characters, so that keys, near-keys and quotes meet often.
+    const auto text = *rc::gen::container<std::string>(
+        rc::gen::element('a', 'A', 'b', '1', ' ', ' ', '=', '=', '"', '%', '2', '\n'));
+    const auto key =
+        *rc::gen::resize(4, rc::gen::container<std::string>(rc::gen::element('a', 'B', '1', '"')));
+    const TagIndex index(text);
+    RC_ASSERT(index.Value(key) == GetTagValue(text, key));
+    RC_ASSERT(index.Value(key, etdDecoded) == GetTagValue(text, key, "=", true));
+  }));
+}
+
+TEST(TagIndex, GivesWhatASearchGivesInAwkwardTexts) {
+  const char* texts[] = {
+      "",           "a",        "a=",   "=1",    " =1",  "a=1 A=2",         "x=\"a=1 a=2\" a=3",
+      "a==1",       "a =1 a=2", " a=1", "  a=1", "a=\"", "b=\" a=\"1\" \"", "ba=1 a=%22 a=2",
+      "a=%22%0d%41"};
+  for (const char* text : texts)
+    for (const char* key : {"a", "A", "b", "x", "", "aa"}) ExpectSameAsSearch(text, key);
+}
+
+TEST(TagIndex, ManyKeysOfALargeTextAreFound) {
+  std::string text;
+  for (int i = 0; i < 50000; ++i) text += " Key" + std::to_string(i % 30000) + "=" + std::to_string(i);
+  const TagIndex index(text);
+  for (int i = 0; i < 30000; ++i)
+    ASSERT_EQ(index.Value("key" + std::to_string(i)), std::to_string(i));  // the first of two
+  EXPECT_EQ(index.Value("key30000"), "");
+}
+
+}  // namespace
+}  // namespace qm
