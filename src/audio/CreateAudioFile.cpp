@@ -15,7 +15,7 @@ constexpr std::int32_t kFailureLevel = 2;
 
 template <class... Parts>
 bool Exit(const Parts&... reason) {
-  Trace(kFailureLevel, ednCloses, "Exit CreateAudioFile (", reason...);
+  Trace(kFailureLevel, ednCloses, reason...);
   return false;
 }
 
@@ -32,17 +32,18 @@ std::string EmptyWave(const tyWaveFormat& format) {
 }
 
 bool Create(const std::string& path, std::int32_t sampleRate, std::int32_t channels, std::int32_t formatTag) {
-  if (path.empty()) return Exit("Filename = \"\")");
-  if (sampleRate == 0) return Exit("SampleRate = 0)");
-  if (channels == 0) return Exit("Channels = 0)");
+  if (path.empty()) return Exit("Exit CreateAudioFile (Filename = \"\")");
+  if (sampleRate == 0) return Exit("Exit CreateAudioFile (SampleRate = 0)");
+  if (channels == 0) return Exit("Exit CreateAudioFile (Channels = 0)");
   tyWaveFormat source, format;
   if (const auto code = SuggestWaveFormat(PcmFormat(sampleRate, channels), wftPCM, source); code != eesOK)
-    return Exit("acmFormatSuggestFailed. rc = ", code);
+    return Exit("Exit CreateAudioFile (acmFormatSuggestFailed. rc = ", code);
   if (const auto code = FindWaveEncoder(formatTag); code != eesOK)
-    return Exit("acmFormatTagDetails failed. rc = ", code);
+    return Exit("Exit CreateAudioFile (acmFormatTagDetails failed. rc = ", code);
   if (const auto code = SuggestWaveFormat(source, formatTag, format); code != eesOK)
-    return Exit("acmFormatSuggestFailed. rc = ", code);
-  if (!WriteFileAtomically(path, EmptyWave(format))) return Exit("cannot write ", path, ")");
+    return Exit("Exit CreateAudioFile (acmFormatSuggestFailed. rc = ", code);
+  if (!WriteFileAtomically(path, EmptyWave(format)))
+    return Exit("Exit CreateAudioFile (cannot write ", path, ")");
   return true;
 }
 

@@ -19,7 +19,7 @@ constexpr std::int32_t kFailureLevel = 2;
 
 template <class... Parts>
 bool Exit(const Parts&... reason) {
-  Trace(kFailureLevel, ednCloses, "Exit ", reason...);
+  Trace(kFailureLevel, ednCloses, reason...);
   return false;
 }
 
@@ -79,11 +79,11 @@ bool Open(const std::string& path, const cAudioFormat* format, bool silent, cons
     const std::string text =
         "There was a problem creating the file '" + path + "' becuase no Audio Format has been specified";
     if (!silent) platform.messageBox->Show(text, mbsExclamation, ProgramName());
-    return Exit("as no AudioFormat set");
+    return Exit("Exit as no AudioFormat set");
   }
   if (const std::string problem = DeleteProblem(path); !problem.empty()) {
     ReportProblem("deleting the old file to record over", problem, silent);
-    return Exit("as couldn't delete old File ", path);
+    return Exit("Exit as couldn't delete old File ", path);
   }
   cAudioFile file;
   file.AllowCompressedOpen(true);
@@ -93,7 +93,7 @@ bool Open(const std::string& path, const cAudioFormat* format, bool silent, cons
   if (file.CreateFile(path, mode) != afeNone) {
     const std::string problem = file.ErrorText();
     ReportProblem("creating the new audio file " + path, problem, silent);
-    return Exit("with File Create error ", problem);
+    return Exit("Exit with File Create error ", problem);
   }
   Trace(kTraceLevel, ednPlain, "Close the audio file");
   file.Close();

@@ -76,7 +76,7 @@ enPeakFileErr cPeakFile::Scan(const std::string& audioFile, std::string& peakFil
 void cPeakFile::ScanBlocks(tyPeakFileWork& work) {
   constexpr double kLongest = INT32_MAX;
   const auto frames = static_cast<std::int32_t>(std::min(work.Header.AudioNumberSamples, kLongest));
-  PeakPointReader reader(*work.AudioReader, work.Header.SamplingInterval);
+  PeakPointReader reader(*work.AudioReader, work.AudioFile, work.Header.SamplingInterval);
   std::int32_t position = 0;
   std::int16_t lastPercent = 0;
   while (position < frames && !m_cancelRequested) {
@@ -88,7 +88,7 @@ void cPeakFile::ScanBlocks(tyPeakFileWork& work) {
     }
     const std::int32_t read = reader.Next(std::min(work.Header.SamplingInterval, frames - position));
     if (read == 0) break;
-    work.AddPoint(reader.Point().data());
+    work.AddPoint(reader.Point());
     position += read;
   }
 }

@@ -74,7 +74,7 @@ TEST_F(PeakFileScanTest, PointsAreTheFirstFramesOfBlocksInEveryType) {
     audio.SetWMAProfile("44100,2,128000");
     const std::string path = m_temp.File("audio");
     ASSERT_EQ(audio.CreateFile(path, mode), 0) << audio.ErrorText();
-    ASSERT_EQ(audio.WriteSamples(Noise16(2 * 30001, 0.9).data(), 30001), 0);
+    ASSERT_EQ(audio.WriteSamples(Noise16(2 * 70001, 0.9).data(), 70001), 0);
     ASSERT_EQ(audio.Close(), 0);
     audio.AllowCompressedOpen(true);
     ASSERT_EQ(audio.OpenForRead(path), 0);
