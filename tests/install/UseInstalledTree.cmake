@@ -28,7 +28,7 @@ run(${CMAKE_COMMAND} --build built)
 # A tenth of a second of silence: 44100 Hz, mono, 16 bits.
 set(header "RIFF\\230\\042\\000\\000WAVEfmt \\020\\000\\000\\000\\001\\000\\001\\000\\104\\254\\000\\000")
 string(APPEND header "\\210\\130\\001\\000\\002\\000\\020\\000data\\164\\042\\000\\000")
-run(sh -c "{ printf '${header}' && head -c 8820 /dev/zero; } > in.wav")
+run(sh -c "(printf '${header}' && head -c 8820 /dev/zero) > in.wav")
 
 run(built/consumer in.wav wav:out.wav)
 if(NOT output MATCHES "frame 4410  peAudioEndReached")
