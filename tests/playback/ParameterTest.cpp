@@ -104,5 +104,16 @@ TEST(Parameters, RefusedAndContradictingSettings) {
   EXPECT_EQ(Marks(*rig.a), "0 15 15 40 40 90 100");
 }
 
+TEST(Parameters, ItemClosedWhileItsMarksMove) {
+  PlayerRig rig;
+  rig.GoTo(psCued);
+  rig.onEvent = [&](std::int32_t event) {
+    if (event == pePositionChanged) rig.player->PlayItem(rig.b);
+  };
+  EXPECT_FALSE(rig.player->ChangeHDItemParameter(hipAudioStart, 95));
+  EXPECT_EQ(Marks(*rig.a), "0 1 10 20 30 95 100");  // as far as it went
+  EXPECT_EQ(Marks(*rig.b), "0 1 10 20 30 90 100");
+}
+
 }  // namespace
 }  // namespace qm::test

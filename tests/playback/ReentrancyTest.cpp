@@ -7,6 +7,8 @@
 namespace qm::test {
 namespace {
 
+constexpr const char* kControlCalls[] = {"Open", "Cue", "Play", "Pause", "Seek", "Close", "AddVolumeChange"};
+
 // Two players whose listeners call anything from anywhere, over controls that fail now and then.
 class WildWalk {
  public:
@@ -39,6 +41,7 @@ class WildWalk {
       if (!rig->player || !rig->script->control) Renew(rig);
       rig->veto = 0;
       rig->script->failing.clear();
+      rig->script->warning.clear();
       rig->player->RemoveSweeperPlayerLink(false);
       if (rig->player->Status() == psLocked) rig->player->UnLockPlayer();
       const auto fresh = MakeItem("fresh");
@@ -132,9 +135,9 @@ class WildWalk {
         player.Fade(5, 1, pvcFadeOut);
         return;
       case 6:
-        return Chance(3) ? player.TerminatePlayer() : void();
+        return player.TerminatePlayer();
       case 7:
-        return Chance(3) ? rig.player.reset() : void();
+        return rig.player.reset();
       default:
         player.ChangeHDItemParameter(static_cast<enChangeHDItemParam>(1 + Pick(11)),
                                      static_cast<float>(Pick(101)));
@@ -170,12 +173,12 @@ class WildWalk {
 TEST(Reentrancy, AnyListenerMayCallAnything) {
   for (const auto unlocking : {WildWalk::UnLocking::No, WildWalk::UnLocking::Yes}) {
     WildWalk walk(20240517, unlocking);
-    for (int step = 0; step < 6000; ++step) {
+    for (int step = 0; step < 20000; ++step) {
       walk.Step();
       if (step % 50 == 49) walk.Recover();
       if (testing::Test::HasFailure()) FAIL() << "at step " << step;
     }
-    EXPECT_GT(walk.Reentries(), 3000);
+    EXPECT_GT(walk.Reentries(), 8000);
   }
 }
 
@@ -188,8 +191,11 @@ TEST(Reentrancy, AnOperationEndsWhenItsItemIsGone) {
     bool result;
     enPlayerStatus status;
     const char* heard;
+    enPlayerStatus from = psOpen;
   } rows[] = {
       {peQueryCue, "Close()", "Cue()", false, psClosed, "QueryCue(a) QueryClose(a) Closing Closed"},
+      {peQueryOpen, "Open(b)", "Open(b)", false, psOpen,
+       "QueryOpen(b) QueryOpen(b) QueryClose(a) Closing Closed Opening Opened"},
       {peQueryCue, "Open(b)", "Cue()", false, psOpen,
        "QueryCue(a) QueryOpen(b) QueryClose(a) Closing Closed Opening Opened"},
       {peQueryPlay, "Lock()", "Play()", false, psLocked, "QueryPlay(a) QueryClose(a) Closing Closed Locked"},
@@ -213,6 +219,15 @@ TEST(Reentrancy, AnOperationEndsWhenItsItemIsGone) {
        "QueryCue(b) Cued Playing=0/-1"},
       {peError, "Close()", "Seek(50)", false, psClosed,
        "QuerySeek(a)=50 Error=7 QueryClose(a) Closing Closed"},
+      {peError, "Play(b)", "Play()", false, psPlaying,
+       "QueryPlay(a) Error=7 QueryPlay(b) QueryOpen(b) QueryClose(a) Closing Closed Opening Opened "
+       "QueryCue(b) Cued "
+       "Playing=0/-1",
+       psCued},
+      {peVolumeChanged, "Close()", "Cue(b)", false, psClosed,
+       "QueryCue(b) QueryOpen(b) Opening VolumeChanged=100 QueryClose(b) Closing Closed", psClosed},
+      {peVolumeChanged, "Close()", "Cue()", false, psClosed,
+       "QueryCue(a) VolumeChanged=100 QueryClose(a) Closing Closed"},
       {peQuerySeek, "Seek(50)", "Seek(50)", true, psPaused, "QuerySeek(a)=50 Paused"},
       {peClosing, "Close()", "Close()", true, psClosed, "QueryClose(a) Closing Closed"},
       {peClosing, "Lock()", "Close()", true, psClosed, "QueryClose(a) Closing Closed"},
@@ -223,14 +238,18 @@ TEST(Reentrancy, AnOperationEndsWhenItsItemIsGone) {
   };
   for (const auto& row : rows) {
     PlayerRig rig;
-    rig.GoTo(psOpen);
+    rig.GoTo(row.from);
+    if (row.at == peVolumeChanged) rig.player->SetPlayVolume(50);
+    rig.TakeHeard();
     if (row.at == peError) rig.script->failing = {"Cue", "Seek"};
+    if (row.at == peError) rig.script->warning = {"Play"};
     rig.script->tellErrors = true;
     bool answered = false;
     rig.onEvent = [&](std::int32_t event) {
       if (event != row.at || answered) return;
       answered = true;
       rig.script->failing.clear();
+      rig.script->warning.clear();
       RunNamed(rig, row.answer);
     };
     EXPECT_EQ(RunNamed(rig, row.operation), row.result) << row.operation << " with " << row.answer;
@@ -238,6 +257,32 @@ TEST(Reentrancy, AnOperationEndsWhenItsItemIsGone) {
     EXPECT_EQ(rig.player->Status(), row.status) << row.operation << " with " << row.answer;
     EXPECT_EQ(rig.TakeHeard(), row.heard);
   }
+}
+
+TEST(Reentrancy, TerminationFromWithinACallOfTheControl) {
+  int terminated = 0;
+  for (const enPlayerStatus status : {psClosed, psOpen, psCued, psPlaying, psPaused}) {
+    for (const auto& operation : Operations()) {
+      for (const char* const call : kControlCalls) {
+        for (const bool fails : {true, false}) {
+          PlayerRig rig;
+          rig.GoTo(status);
+          rig.script->tellErrors = true;
+          (fails ? rig.script->failing : rig.script->warning).insert(call);
+          rig.onEvent = [&](std::int32_t event) {
+            if (event == peError) rig.player->TerminatePlayer();
+          };
+          const bool result = operation.run(rig);
+          if (rig.heard.find("Error") == std::string::npos) continue;
+          ++terminated;
+          EXPECT_FALSE(result) << operation.name << " " << call;
+          EXPECT_TRUE(rig.heard.ends_with("Error=7")) << rig.heard;
+          EXPECT_EQ(rig.script->control, nullptr);
+        }
+      }
+    }
+  }
+  EXPECT_GT(terminated, 100);
 }
 
 TEST(Reentrancy, TheLastHolderMayLetGoInAnyEvent) {

@@ -5,7 +5,6 @@
 
 #include "kits/common/Text.h"
 #include "playback/PlayerRig.h"
-#include "playback/TransportSteps.h"
 
 namespace qm::test {
 namespace {
@@ -136,16 +135,6 @@ TEST(TransportWalk, EveryQuestionCanBeRefused) {
       for (const auto query : {peQueryOpen, peQueryCue, peQueryPlay, peQueryPause, peQuerySeek, peQueryClose})
         for (const bool byOwner : {false, true}) refused += RefuseOne(status, operation, query, byOwner);
   EXPECT_GT(refused, 100);
-}
-
-TEST(TransportWalk, AClosedPlayerCanOnlyBeOpenedOrLocked) {
-  for (std::int32_t step = 0; step < kTransportSteps; ++step) {
-    const auto name = static_cast<TransportStep>(step);
-    const bool fromClosed =
-        name == tsOpen || name == tsOpenFailed || name == tsClose || name == tsLock || name == tsUnLock;
-    EXPECT_EQ(StepIsLegal(name, psClosed), fromClosed) << step;
-    EXPECT_EQ(StepIsLegal(name, psLocked), name == tsUnLock) << step;
-  }
 }
 
 }  // namespace
