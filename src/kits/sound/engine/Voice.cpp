@@ -151,7 +151,11 @@ void Voice::RampIn() {
 
 // Takes a new way from the present moment on: the place in the file is the plan's origin.
 void Voice::Follow(const PlayPlan& plan, enMove move) {
-  const std::int64_t way = Way();
+  // A mark told at this very frame is not told again where the way goes on.
+  for (Mark& mark : m_marks) {
+    const bool toldHere = move == emContinues && mark.told >= 0 && m_plan.Out(mark.told) == m_out;
+    mark.told = toldHere ? std::max<std::int64_t>(0, MarkFrame(mark.mark.Position) - plan.origin) : -1;
+  }
   const double scale = plan.resampling * plan.stretch / (m_plan.resampling * m_plan.stretch);
   const std::int64_t out = m_out;
   m_plan = plan;
@@ -165,7 +169,6 @@ void Voice::Follow(const PlayPlan& plan, enMove move) {
   m_stream = std::make_shared<VoiceStream>(plan, m_file.channels, m_format.sampleRate, m_format.channels,
                                            m_ringFrames);
   m_file.reader->SetStream(m_stream);
-  for (Mark& mark : m_marks) mark.told = move == emContinues && mark.told == way ? 0 : -1;
   ScheduleMarks();
   m_volume.Rebase(out, scale, move == emLocates, VolumeSchedule(), VolumeSpan());
 }
@@ -173,9 +176,8 @@ void Voice::Follow(const PlayPlan& plan, enMove move) {
 void Voice::ScheduleMarks() {
   const std::int64_t way = Way();
   for (Mark& mark : m_marks) {
-    const std::int64_t from = mark.told >= 0 ? std::max(way, mark.told + 1) : way;
-    const std::int64_t visit = m_plan.NextVisit(MarkFrame(mark.mark.Position), from);
-    mark.due = visit < 0 ? -1 : m_plan.Out(visit);
+    mark.visit = m_plan.NextVisit(MarkFrame(mark.mark.Position), std::max(way, mark.told + 1));
+    mark.due = mark.visit < 0 ? -1 : m_plan.Out(mark.visit);
   }
 }
 

@@ -91,8 +91,9 @@ class Voice {
  private:
   struct Mark {
     tyPositionMark mark;
-    std::int64_t due = -1;   // out frame, -1: not on the way any more
-    std::int64_t told = -1;  // way at which it was last told
+    std::int64_t visit = -1;  // way at which it comes next, -1: not on the way any more
+    std::int64_t due = -1;    // out frame of that
+    std::int64_t told = -1;   // way at which it was last told, -1: not yet
   };
 
   enum enMove : std::int32_t { emContinues, emLeavesLoop, emLocates };

@@ -179,11 +179,10 @@ void Voice::TellLoop(std::int64_t frame, std::vector<Notification>& pending) {
 }
 
 void Voice::TellMarks(std::int64_t frame, std::vector<Notification>& pending) {
-  const std::int64_t way = Way();
   bool told = false;
   for (Mark& mark : m_marks) {
     if (mark.due < 0 || mark.due > m_out) continue;
-    mark.told = way;
+    mark.told = mark.visit;
     told = true;
     m_reached = std::max(m_reached, mark.mark.Position);
     Notify(pending, frame, entMark, mark.mark.EventId, mark.mark.Tag);

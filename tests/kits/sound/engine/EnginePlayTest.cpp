@@ -66,6 +66,27 @@ TEST(EnginePlay, TellsEachMarkAtItsExactFrameWithItsPositionFirst) {
   }
 }
 
+// Several frames of the file fall on one of a slower device: each mark still comes, and comes once.
+TEST(EnginePlay, TellsEachMarkOnceWhateverTheRates) {
+  for (const std::int32_t deviceRate : {8000, 44100, 48000, 96000}) {
+    EngineBench bench(deviceRate);
+    auto player = bench.Player();
+    ASSERT_EQ(player->Open(bench.Wav("a", Noise16(2 * 4800), 48000)), 0);
+    std::vector<int> told(40);
+    for (std::int32_t id = 0; id < 40; ++id)
+      player->AddPositionEvent({0.02f + static_cast<float>(id) / 48000, id, 0});
+    player->events.Mark.connect([&](std::int32_t id, std::int32_t) {
+      ++told[static_cast<std::size_t>(id)];
+      if (id % 7 == 0) player->SetPlaySpeed(player->PlaySpeed() * 1.01f);
+    });
+    player->Cue();
+    player->Play();
+    for (int pumps = 0; pumps < 1000 && bench.engine->Pump(); ++pumps) {
+    }
+    EXPECT_EQ(told, std::vector<int>(40, 1)) << deviceRate;
+  }
+}
+
 TEST(EnginePlay, TellsPositionsTwentyFiveTimesASecondWithLevels) {
   EngineBench bench;
   auto player = bench.Player();
