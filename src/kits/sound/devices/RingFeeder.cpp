@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::size_t kBlockFrames = 256;
 constexpr std::size_t kLargestPeriod = 8192;
-constexpr double kLatenessSeconds = 0.01;  // of a render thread without priority on a busy machine
+constexpr double kLatenessSeconds = 0.005;  // of a render thread that is kept from its turn
 constexpr double kAwaySeconds = 0.25;
 
 std::size_t Frames(const OutputShape& shape, double seconds) {
@@ -22,7 +22,7 @@ RingFeeder::RingFeeder(const OutputShape& shape, double advanceSeconds)
       m_advance(Frames(shape, advanceSeconds)),
       m_lateness(Frames(shape, kLatenessSeconds)),
       m_away(Frames(shape, kAwaySeconds)),
-      m_ring(m_advance + m_lateness + kLargestPeriod, m_channels),
+      m_ring(m_advance + kLargestPeriod, m_channels),
       m_block(kBlockFrames * m_channels) {
   SetPeriod(shape.periodFrames);
 }

@@ -11,11 +11,10 @@
 namespace qm {
 
 // A mixer and the ring that its sound waits in until the device pulls it. The mixer is kept a fixed advance
-// ahead.
+// and one period of the device ahead, which is how long a command takes to be heard.
 //
-// Behind the advance lies a reserve, one period of the device and the lateness of the render thread: while
-// the ring holds more, the host has time to answer a notification; when it does not, sound goes on without
-// the answer. A host that does not pump at all for a quarter of a second is not waited for until it does.
+// The last of it is a reserve, that period and the lateness of the render thread: while the ring holds more,
+// the host has time to answer a notification; when it does not, sound goes on without the answer. A host that does not pump at all for a quarter of a second is not waited for until it does.
 class RingFeeder final : public FrameSource {
  public:
   RingFeeder(const OutputShape& shape, double advanceSeconds);
@@ -23,7 +22,7 @@ class RingFeeder final : public FrameSource {
   Mixer& GetMixer() { return m_mixer; }
   const FrameRing& Ring() const { return m_ring; }
   std::size_t ReserveFrames() const { return m_reserve; }
-  std::size_t TargetFrames() const { return m_advance + m_reserve; }
+  std::size_t TargetFrames() const { return m_advance + m_reserve - m_lateness; }
 
   // Control thread: the device asks for another number of frames at once than it did.
   void SetPeriod(std::size_t frames);

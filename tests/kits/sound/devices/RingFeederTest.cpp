@@ -50,9 +50,9 @@ struct HandBench {
 
 class RingFeederTest : public ::testing::Test, protected HandBench {};
 
-TEST_F(RingFeederTest, IsFilledToTheAdvanceAndItsReserveAndNoFurther) {
+TEST_F(RingFeederTest, IsFilledToTheAdvanceAndOnePeriodAndNoFurther) {
   EXPECT_GE(feeder.ReserveFrames(), kPeriod);
-  EXPECT_EQ(feeder.TargetFrames(), kAdvance + feeder.ReserveFrames());
+  EXPECT_EQ(feeder.TargetFrames(), kAdvance + kPeriod);
   for (std::size_t taken : {0, 1, 512, 2000}) {
     device->Pull(taken);
     feeder.RenderAhead();
