@@ -19,7 +19,7 @@ namespace qm::bench {
 namespace {
 
 constexpr double kAdvance = 0.05;
-constexpr std::size_t kPeriod = 512;
+constexpr std::size_t kPeriod = 256;
 
 // Notes when the first sample that is not silence is pulled.
 class Watch final : public FrameSource {

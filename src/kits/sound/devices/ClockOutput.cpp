@@ -6,13 +6,18 @@
 
 namespace qm {
 
-bool ClockOutput::Open(const OutputShape& wanted, enOutputMatch, std::string& errorText) {
+namespace {
+constexpr std::size_t kOwnPeriod = 256;  // nothing is to be gained from longer ones
+}
+
+bool ClockOutput::Open(const OutputShape& wanted, enOutputMatch match, std::string& errorText) {
   Close(eocDrop);
   if (wanted.format.sampleRate < 1 || wanted.format.channels < 1 || wanted.periodFrames < 1) {
     errorText = m_name + ": no clock for such a format";
     return false;
   }
   m_shape = wanted;
+  if (match == eomNearest) m_shape.periodFrames = std::min(m_shape.periodFrames, kOwnPeriod);
   m_period.assign(m_shape.periodFrames * m_shape.format.channels, 0.0f);
   return true;
 }

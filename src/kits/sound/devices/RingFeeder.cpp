@@ -8,6 +8,7 @@ namespace {
 constexpr std::size_t kBlockFrames = 256;
 constexpr std::size_t kLargestPeriod = 8192;
 constexpr double kLatenessSeconds = 0.005;  // of a render thread that is kept from its turn
+constexpr double kAnswerMarginSeconds = 0.01;
 constexpr double kAwaySeconds = 0.25;
 
 std::size_t Frames(const OutputShape& shape, double seconds) {
@@ -20,15 +21,19 @@ RingFeeder::RingFeeder(const OutputShape& shape, double advanceSeconds)
     : m_mixer(shape.format),
       m_channels(static_cast<std::size_t>(shape.format.channels)),
       m_advance(Frames(shape, advanceSeconds)),
-      m_lateness(Frames(shape, kLatenessSeconds)),
       m_away(Frames(shape, kAwaySeconds)),
-      m_ring(m_advance + kLargestPeriod, m_channels),
+      m_ring(m_advance + 2 * kLargestPeriod, m_channels),
       m_block(kBlockFrames * m_channels) {
   SetPeriod(shape.periodFrames);
 }
 
 void RingFeeder::SetPeriod(std::size_t frames) {
-  m_reserve = std::min(frames, kLargestPeriod) + m_lateness;
+  const std::size_t period = std::min(frames, kLargestPeriod);
+  const auto rate = static_cast<double>(m_mixer.Format().sampleRate);
+  const auto margin = std::min(m_advance, static_cast<std::size_t>(kAnswerMarginSeconds * rate));
+  m_reserve = std::max(period, static_cast<std::size_t>(kLatenessSeconds * rate));
+  // The last pull within the time to answer must leave the next one its period.
+  m_target = std::max(m_advance, m_advance - margin + 2 * period);
 }
 
 void RingFeeder::RenderAhead() {
@@ -36,7 +41,7 @@ void RingFeeder::RenderAhead() {
   for (;;) {
     const std::size_t fill = m_ring.Fill();
     if (fill >= TargetFrames()) break;
-    const enRenderPatience patience = fill <= ReserveFrames() || HostIsAway() ? erpGoOn : erpStand;
+    const enRenderPatience patience = fill < ReserveFrames() || HostIsAway() ? erpGoOn : erpStand;
     const std::size_t frames =
         m_mixer.Render(m_block.data(), std::min(TargetFrames() - fill, kBlockFrames), patience);
     if (frames == 0) break;

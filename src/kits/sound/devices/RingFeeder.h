@@ -10,11 +10,14 @@
 
 namespace qm {
 
-// A mixer and the ring that its sound waits in until the device pulls it. The mixer is kept a fixed advance
-// and one period of the device ahead, which is how long a command takes to be heard.
+// A mixer and the ring that its sound waits in until the device pulls it.
 //
-// The last of it is a reserve, that period and the lateness of the render thread: while the ring holds more,
-// the host has time to answer a notification; when it does not, sound goes on without the answer. A host that does not pump at all for a quarter of a second is not waited for until it does.
+// The ring is filled to the advance, which is how long a command takes to be heard, give or take the period
+// in which the device pulls. Its last period (or the lateness of the render thread, where that is longer) is
+// a reserve: while the ring holds as much, the host has time to answer a notification; when it does not,
+// sound goes on without the answer. A device of long periods has its ring filled further, so that a host
+// always has the advance less 10 ms. One that does not pump at all for a quarter of a second is not waited
+// for until it does.
 class RingFeeder final : public FrameSource {
  public:
   RingFeeder(const OutputShape& shape, double advanceSeconds);
@@ -22,7 +25,7 @@ class RingFeeder final : public FrameSource {
   Mixer& GetMixer() { return m_mixer; }
   const FrameRing& Ring() const { return m_ring; }
   std::size_t ReserveFrames() const { return m_reserve; }
-  std::size_t TargetFrames() const { return m_advance + m_reserve - m_lateness; }
+  std::size_t TargetFrames() const { return m_target; }
 
   // Control thread: the device asks for another number of frames at once than it did.
   void SetPeriod(std::size_t frames);
@@ -45,10 +48,10 @@ class RingFeeder final : public FrameSource {
 
   Mixer m_mixer;
   const std::size_t m_channels;
-  const std::size_t m_advance;   // frames
-  const std::size_t m_lateness;  // frames
-  const std::size_t m_away;      // frames
+  const std::size_t m_advance;  // frames
+  const std::size_t m_away;     // frames
   std::atomic<std::size_t> m_reserve{0};
+  std::atomic<std::size_t> m_target{0};
   FrameRing m_ring;
   std::mutex m_rendering;  // held by the ring's producer
   std::vector<float> m_block;
