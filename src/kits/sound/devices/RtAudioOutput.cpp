@@ -139,7 +139,8 @@ void RtAudioOutput::Stream::End() {
     std::this_thread::sleep_for(100ms);
   } else if (!lost) {
     t_current = this;
-    audio->stopStream();
+    // JACK holds nothing back that could be heard out, and the library's waiting for it may miss the end.
+    server == essJACK ? audio->abortStream() : audio->stopStream();
     t_current = nullptr;
   }
   audio.reset();

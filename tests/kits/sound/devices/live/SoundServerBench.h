@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "DeviceBench.h"
+#include "kits/sound/devices/DeviceBench.h"
 #include "kits/sound/devices/SoundServers.h"
 
 // Sound servers that need no screen and no card, each in surroundings of its own, and recorders of what they
