@@ -12,6 +12,8 @@ struct Refused {
   std::vector<std::string> words;
   int status;
   const char* told;  // somewhere in the one line
+
+  friend std::ostream& operator<<(std::ostream& out, const Refused& row) { return out << row.name; }
 };
 
 class RefusedInput : public testing::TestWithParam<Refused> {};
