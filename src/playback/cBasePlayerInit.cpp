@@ -63,6 +63,8 @@ bool cBasePlayer::InitPlayer(std::int16_t PlayerNumber, const std::shared_ptr<cA
   }
   if (m_reference == 1) {
     WriteDebug("Loading Audio Engine", 5);
+    SoundSystem& sound = *m_platform->sound;
+    if (!sound.onTrace) sound.onTrace = [](const std::string& line) { WriteDebug(line, 5); };
     m_control->InitialiseEngine();
   }
   return true;

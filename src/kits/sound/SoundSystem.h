@@ -59,6 +59,10 @@ class SoundSystem : public SoundDeviceList {
   virtual int WaitDescriptor() const = 0;
 
   virtual StreamingSettings Streaming() const { return {}; }
+
+  // Where a missed deadline is told, one line, on the host thread from within Pump. The first player sets it
+  // to the library's diagnostics unless the host has set its own.
+  std::function<void(const std::string& line)> onTrace;
 };
 
 }  // namespace qm

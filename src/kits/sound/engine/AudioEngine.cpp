@@ -106,8 +106,19 @@ bool AudioEngine::Pump() {
   bool any = false;
   // A listener may add a device: indices stay good where iterators do not.
   for (std::size_t i = 0; i < m_pumped.size(); ++i) any = PumpDevice(*m_pumped[i]) || any;
+  TraceMisses();
   m_pumping = false;
   return any;
+}
+
+void AudioEngine::TraceMisses() {
+  const Misses now = CountMisses();
+  if (now == m_traced) return;
+  m_traced = now;
+  if (onTrace)
+    onTrace("Audio Engine missed deadlines so far: late answers=" + std::to_string(now.lateAnswers) +
+            ", voices not ready=" + std::to_string(now.voicesNotReady) +
+            ", dry callbacks=" + std::to_string(now.dryCallbacks));
 }
 
 bool AudioEngine::PumpDevice(Device& device) {

@@ -58,6 +58,7 @@ class AudioEngine : public SoundSystem, public std::enable_shared_from_this<Audi
     std::uint64_t lateAnswers = 0;
     std::uint64_t voicesNotReady = 0;
     std::uint64_t dryCallbacks = 0;
+    friend bool operator==(const Misses&, const Misses&) = default;
   };
   Misses CountMisses() const;
 
@@ -74,6 +75,7 @@ class AudioEngine : public SoundSystem, public std::enable_shared_from_this<Audi
   Device* FindHardware(std::int32_t number, std::string& errorText);
   bool PumpDevice(Device& device);
   Mixer* CurrentMixer() const;
+  void TraceMisses();
 
   struct Output {
     std::int32_t number = 0;
@@ -89,6 +91,7 @@ class AudioEngine : public SoundSystem, public std::enable_shared_from_this<Audi
   std::vector<Device*> m_pumped;                        // all of both
   Device* m_current = nullptr;                          // delivered last
   bool m_pumping = false;
+  Misses m_traced;
   std::uint64_t m_serial = 0;
   int m_wake = -1;  // event descriptor
 };
