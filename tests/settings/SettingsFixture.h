@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "kits/common/MessageBox.h"
+#include "audio/TraceFixture.h"
 #include "kits/common/Registry.h"
 #include "kits/sound/Platform.h"
 #include "kits/sound/SoundSystem.h"
@@ -13,26 +13,11 @@
 
 namespace qm::test {
 
-// A message box that remembers what it showed.
-class ShownMessages : public MessageBox {
- public:
-  enMessageBoxAnswer Show(const std::string& text, std::int32_t style, const std::string&) override {
-    texts.push_back(text);
-    return RefusingAnswer(style);
-  }
-  std::vector<std::string> texts;
-};
-
 inline constexpr std::uint32_t kStereo = 0x800;
 
 // Settings over a registry in memory and devices that a test names.
 class SettingsTest : public ::testing::Test {
  protected:
-  SettingsTest() : m_platform(std::make_shared<Platform>()) {
-    m_platform->registry = registry;
-    m_platform->messageBox = messages;
-  }
-
   // Outputs that all take 44100 Hz stereo, and inputs that do.
   std::shared_ptr<cAudioSettings> Settings(const std::vector<std::string>& outputs, int inputs = 0) const {
     std::vector<SoundDevice> out, in(static_cast<std::size_t>(inputs), SoundDevice{"input", kStereo});
@@ -48,10 +33,9 @@ class SettingsTest : public ::testing::Test {
   }
 
   const std::shared_ptr<Registry> registry = MemoryRegistry();
-  const std::shared_ptr<ShownMessages> messages = std::make_shared<ShownMessages>();
-
- private:
-  std::shared_ptr<Platform> m_platform;
+  const std::shared_ptr<RecordingBox> messages = std::make_shared<RecordingBox>();
+  const std::shared_ptr<Platform> m_platform =
+      std::make_shared<Platform>(Platform{nullptr, registry, messages, nullptr});
 };
 
 }  // namespace qm::test
