@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <sstream>
+
+#include "item/ItemFieldAccess.h"
 #include "item/cHDItem.h"
 #include "item/cHDItemTimeExtra.h"
 #include "kits/common/Files.h"
@@ -7,10 +10,6 @@
 
 namespace qm {
 namespace {
-
-std::string Element(const std::string& name, const std::string& inner) {
-  return "<" + name + ">" + inner + "</" + name + ">";
-}
 
 TEST(cHDItemXml, AFreshItem) {
   EXPECT_EQ(cHDItem().XML()->ToText(),
@@ -23,63 +22,26 @@ TEST(cHDItemXml, AFullItemInItsOrder) {
   const std::string path = TemporaryFileName("wav");
   ASSERT_TRUE(WriteFileAtomically(path, "12345"));
   cHDItem item;
-  item.SetReference("R&1");
-  item.SetVersion(2);
-  item.SetItemTitle("Title\x01");
-  item.SetArtistName(2, "Artist");
-  item.SetItemDescription(3, "Description");
-  item.SetAirStartDate(45351);
-  item.SetAirStartTime(3661.5f);
-  item.SetAirEndTime(60);
-  item.SetKillDate(45352);
-  item.SetTotalLength(100);
-  item.SetAudioStart(1, 0.5f);
-  item.SetIntroEnd(1, 10);
-  item.SetIntroStart(1, 2.5f);
+  std::istringstream fields(
+      "Reference=R&1|Version=2|ItemTitle=Title\x01|ArtistName2=Artist|ItemDescription3=Description|"
+      "AirStartDate=45351|AirStartTime=3661.5|AirEndTime=60|KillDate=45352|TotalLength=100|"
+      "AudioStart=0.5|IntroEnd=10|IntroStart=2.5|HookEnd3=9|LoopStart=1|LoopEnd=2|LoopNumberLoops=3|"
+      "LoopPlayToEnd=1|Extro=90|Extro3=100|AudioEnd=95|ScheduledLength=96|EndType=slowfade|"
+      "OriginalSource=CD|AudioFileExists=1|AudioFileLength=1|CreatedDate=45000|BackColour=2575|"
+      "TextColour=-2147483643|ProducerAppName=App|ProducerAppVersion=1|ContentTypeInfo=Song|TypeInfo=T|"
+      "CategoryInfo=C|CutID=Cut|URL=u|Year=1999|StudioNotes=s|StudioNotesFileName=f|DABNotes=d|"
+      "WebNotes=w|NumberPictures=1|PictureFileName=p|CopyrightCode=c|CopyrightMusicDuration=1.5|ISRC=i|"
+      "Originator=o|OriginatorReference=or|OriginationDate=45000|CustomField2=x|OnlineStoreReference=os|"
+      "RightsManagementReference=rm");
+  for (std::string field; std::getline(fields, field, '|');) {
+    const std::size_t name = field.find('=');
+    ASSERT_EQ(SetFieldText(item, field.substr(0, name), field.substr(name + 1)), sfrSet) << field;
+  }
+  item.SetAudioFileName(path);
   item.IntroStartExtra(1)->SetHardwareLine(3);
   item.IntroEndExtra(1)->SetHardwareLine(4);
-  item.SetHookEnd(3, 9);
   item.HookEndExtra(3)->SetHardwareLine(5);
-  item.SetLoopStart(1);
-  item.SetLoopEnd(2);
-  item.SetLoopNumberLoops(3);
-  item.SetLoopPlayToEnd(true);
-  item.SetExtro(1, 90);
   item.ExtroExtra(1)->SetHardwareLine(6);
-  item.SetExtro(3, 100);
-  item.SetAudioEnd(1, 95);
-  item.SetScheduledLength(96);
-  item.SetEndType(ietSlowFade);
-  item.SetOriginalSource("CD");
-  item.SetAudioFileName(path);
-  item.SetAudioFileExists(true);
-  item.SetAudioFileLength(1);
-  item.SetCreatedDate(45000);
-  item.SetBackColour(0x00A0F);
-  item.SetTextColour(static_cast<std::int32_t>(0x80000005u));
-  item.SetProducerAppName("App");
-  item.SetProducerAppVersion("1");
-  item.SetContentTypeInfo("Song");
-  item.SetTypeInfo("T");
-  item.SetCategoryInfo("C");
-  item.SetCutID("Cut");
-  item.SetURL("u");
-  item.SetYear(1999);
-  item.SetStudioNotes("s");
-  item.SetStudioNotesFileName("f");
-  item.SetDABNotes("d");
-  item.SetWebNotes("w");
-  item.SetNumberPictures(1);
-  item.SetPictureFileName("p");
-  item.SetCopyrightCode("c");
-  item.SetCopyrightMusicDuration(1.5f);
-  item.SetISRC("i");
-  item.SetOriginator("o");
-  item.SetOriginatorReference("or");
-  item.SetOriginationDate(45000);
-  item.SetCustomField(2, "x");
-  item.SetOnlineStoreReference("os");
-  item.SetRightsManagementReference("rm");
   item.AddLastPlay(45000.5, "4");
   item.AddLastPlay(45001, "0");
   EXPECT_EQ(
@@ -95,9 +57,11 @@ TEST(cHDItemXml, AFullItemInItsOrder) {
       "<Extro1><Start>90</Start><StartHardware>6</StartHardware><End>100</End><Length>10</Length></Extro1>"
       "<Extro2><Start>0</Start><End>100</End><Length>100</Length></Extro2><Extro3><End>100</End></Extro3>"
       "<AudioEnd1>95</AudioEnd1><AudioLength>94.5</AudioLength><TotalLength>100</TotalLength>"
-      "<ScheduledLength>96</ScheduledLength><EndType>slowfade</EndType><OriginalSource>CD</OriginalSource>" +
-          Element("UNCFilename", path) +
-          "<FileLength>5</FileLength><Created>2023-03-15T00:00:00</Created><BackColour>#000a0f</BackColour>"
+      "<ScheduledLength>96</ScheduledLength><EndType>slowfade</EndType><OriginalSource>CD</OriginalSource>"
+      "<UNCFilename>" +
+          path +
+          "</UNCFilename><FileLength>5</FileLength><Created>2023-03-15T00:00:00</"
+          "Created><BackColour>#000a0f</BackColour>"
           "<TextColour>COLOR_WINDOW</TextColour><ProducerAppName>App</ProducerAppName>"
           "<ProducerAppVersion>1</ProducerAppVersion><ContentType>Song</ContentType><Type>T</Type>"
           "<Category>C</Category><CutID>Cut</CutID><URL>u</URL><Year>1999</Year><StudioNotes>s</StudioNotes>"
