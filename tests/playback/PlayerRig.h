@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,6 +11,7 @@
 #include "kits/common/Clock.h"
 #include "kits/common/Files.h"
 #include "kits/common/Registry.h"
+#include "kits/common/Text.h"
 #include "playback/FakeControl.h"
 #include "playback/cBasePlayer.h"
 #include "settings/cAudioSettings.h"
@@ -37,14 +37,10 @@ inline void AddWord(std::string& line, const std::string& word) {
   line += (line.empty() ? "" : " ") + word;
 }
 
-inline const TempFolder& AudioFolder() {
-  static const TempFolder folder;
-  return folder;
-}
-
 // 100 seconds: intro 1 to 10, hook 20 to 30, extro at 90.
 inline std::shared_ptr<cHDItem> MakeItem(const std::string& reference) {
-  const std::string file = AudioFolder().File(reference + ".wav");
+  static const TempFolder folder;
+  const std::string file = folder.File(reference + ".wav");
   if (!FileExists(file)) WriteBytes(file, "audio");
   auto item = std::make_shared<cHDItem>();
   item->SetReference(reference);
@@ -127,10 +123,7 @@ struct PlayerRig {
 };
 
 inline std::string StatusName(enPlayerStatus status) {
-  static const std::map<enPlayerStatus, std::string> names = {{psClosed, "closed"}, {psOpen, "open"},
-                                                              {psCued, "cued"},     {psPlaying, "playing"},
-                                                              {psPaused, "paused"}, {psLocked, "locked"}};
-  return names.at(status);
+  return status == psOpen ? "open" : LowerCase(PlayerEventName(status)).substr(2);
 }
 
 struct NamedOperation {

@@ -58,7 +58,6 @@ closed opened locked | UnLock() | true closed: UnLocked
 // "status operation" to what comes of it, for every pair.
 std::map<std::string, std::string> WalkRows() {
   std::map<std::string, std::string> rows;
-  const auto trimmed = [](const std::string& text) { return std::string(Trim(text)); };
   std::istringstream lines(kWalk);
   for (std::string line; std::getline(lines, line);) {
     std::istringstream fields(line);
@@ -70,9 +69,9 @@ std::map<std::string, std::string> WalkRows() {
       statuses.replace(at, 6, "open cued playing paused");
     std::istringstream names(statuses);
     for (std::string status; names >> status;) {
-      std::string result = trimmed(outcome);
+      std::string result(Trim(outcome));
       if (const auto at = result.find(" same:"); at != std::string::npos) result.replace(at + 1, 4, status);
-      EXPECT_TRUE(rows.emplace(status + " " + trimmed(operation), result).second) << line;
+      EXPECT_TRUE(rows.emplace(status + " " + std::string(Trim(operation)), result).second) << line;
     }
   }
   for (const auto& operation : Operations())
@@ -80,23 +79,50 @@ std::map<std::string, std::string> WalkRows() {
   return rows;
 }
 
-std::string RunOn(PlayerRig& rig, const NamedOperation& operation) {
-  const bool result = operation.run(rig);
+std::string Outcome(PlayerRig& rig, bool result) {
   return std::string(result ? "true " : "false ") + StatusName(rig.player->Status()) + ": " + rig.TakeHeard();
 }
 
 TEST(TransportWalk, EveryStatusTimesEveryOperation) {
   const auto rows = WalkRows();
-  EXPECT_EQ(rows.size(), std::size(kStatuses) * Operations().size());
   for (const enPlayerStatus status : kStatuses) {
     for (const auto& operation : Operations()) {
       const std::string name = StatusName(status) + " " + operation.name;
       PlayerRig rig;
       rig.GoTo(status);
       ASSERT_EQ(rig.player->Status(), status);
-      EXPECT_EQ(Trim(RunOn(rig, operation)), rows.at(name)) << name;
+      EXPECT_EQ(Trim(Outcome(rig, operation.run(rig))), rows.at(name)) << name;
       EXPECT_EQ(rig.TakeHeard(), "") << name;
     }
+  }
+}
+
+TEST(TransportWalk, FailureOfTheControlIsAnsweredAndTakenBack) {
+  const struct {
+    enPlayerStatus from;
+    const char* failing;
+    const char* operation;
+    const char* outcome;
+  } rows[] = {
+      {psClosed, "Open", "Open(a)", "false closed: QueryOpen(a) Opening Closed"},
+      {psCued, "Open", "Open(b)", "false closed: QueryOpen(b) QueryClose(a) Closing Closed Opening Closed"},
+      {psPlaying, "Cue", "Cue()", "false open: QueryCue(a)"},
+      {psOpen, "Cue", "Play()", "false open: QueryPlay(a) QueryCue(a)"},
+      {psCued, "Play", "Play()", "false cued: QueryPlay(a)"},
+      {psPaused, "Play", "Play()", "false paused: QueryPlay(a)"},
+      {psPlaying, "Pause", "Pause()", "false playing: QueryPause(a)"},
+      {psCued, "Seek", "Seek(50)", "false cued: QuerySeek(a)=50"},
+      {psPaused, "Seek", "CueHook()",
+       "false closed: SetPlayHookMode QuerySeek(a)=20 QueryClose(a) Closing Closed"},
+      {psCued, "Close", "Close()", "false cued: QueryClose(a) Closing"},
+      {psCued, "Close", "Lock()", "false cued: QueryClose(a) Closing"},
+      {psCued, "Close", "Open(b)", "false cued: QueryOpen(b) QueryClose(a) Closing"},
+  };
+  for (const auto& row : rows) {
+    PlayerRig rig;
+    rig.GoTo(row.from);
+    rig.script->failing = {row.failing};
+    EXPECT_EQ(Outcome(rig, RunNamed(rig, row.operation)), row.outcome) << row.operation;
   }
 }
 
