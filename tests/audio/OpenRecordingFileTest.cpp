@@ -55,14 +55,14 @@ TEST_F(OpenRecordingFileTest, MakesAnEmptyFileOfTheFormat) {
 }
 
 TEST_F(OpenRecordingFileTest, WithoutAFormatThereIsAMessageUnlessSilent) {
-  EXPECT_FALSE(OpenRecordingFile("x.wav", nullptr, true, m_platform));
-  EXPECT_THAT(m_box->shown, IsEmpty());
-  EXPECT_FALSE(OpenRecordingFile("x.wav", nullptr, false, m_platform));
+  for (const bool silent : {true, false}) {
+    EXPECT_FALSE(OpenRecordingFile("x.wav", nullptr, silent, m_platform));
+    EXPECT_EQ(m_box->shown.empty(), silent);
+    EXPECT_TRUE(TakeTrace().ends_with("|Exit as no AudioFormat set|"));
+  }
   EXPECT_THAT(m_box->shown,
               ElementsAre("There was a problem creating the file 'x.wav' becuase no Audio Format "
                           "has been specified"));
-  const std::string once = "Start OpenRecordingFile|Exit as no AudioFormat set|";
-  EXPECT_EQ(TakeTrace(), once + once);
 }
 
 TEST_F(OpenRecordingFileTest, WhatCannotBeWrittenIsFoundWhenItIsOpened) {
