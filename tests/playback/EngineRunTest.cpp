@@ -112,21 +112,5 @@ TEST(EngineRun, ASweeperLinkStartsOnTheExactFrame) {
   }
 }
 
-TEST(EngineRun, AFadeTellsItsFireLevelWhereItFallsToIt) {
-  EngineRig rig;
-  auto item = rig.Item("a", std::vector<std::int16_t>(2 * 132300, 8192));
-  auto player = rig.Player(1);
-  ASSERT_TRUE(player->PlayItem(item));
-  ASSERT_TRUE(player->Fade(0.5f, 2, pvcFadeOut));
-  rig.heard.clear();
-  rig.bench.Run();
-  // 65 per cent of full volume, after 0.7 of the two seconds.
-  EXPECT_EQ(rig.heard,
-            "1@22050:VolumeChangeStartNotify 1@52920:FadingOut 1@52920:VolumeChangeNotify "
-            "1@110250:VolumeChangeEndNotify 1@132300:ExtroReached 1@132300:AudioEndReached");
-  EXPECT_TRUE(player->FadeNotified());
-  EXPECT_EQ(player->PlayVolume(), 0);
-}
-
 }  // namespace
 }  // namespace qm

@@ -66,8 +66,8 @@ TEST(Link, WhoeverHasTheLongerWayStartsFirst) {
 
 TEST(Link, Refused) {
   LinkRig rig;
-  EXPECT_FALSE(rig.main.player->AddSweeperPlayerLink(nullptr));
-  EXPECT_FALSE(rig.main.player->AddSweeperPlayerLink(rig.main.player));
+  for (const auto& other : {std::shared_ptr<cBasePlayer>(), rig.main.player})
+    EXPECT_FALSE(rig.main.player->AddSweeperPlayerLink(other));
   EXPECT_FALSE(rig.main.player->SetPlayerLink(rig.main.player, true));
   // Two that wait for each other.
   rig.main.player->SetPlayerLink(rig.sweeper.player, true);

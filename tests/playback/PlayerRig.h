@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "contract/IPlayerCallback.h"
 #include "item/cHDItem.h"
@@ -126,14 +126,11 @@ inline std::string StatusName(enPlayerStatus status) {
   return status == psOpen ? "open" : LowerCase(PlayerEventName(status)).substr(2);
 }
 
-struct NamedOperation {
-  const char* name;
-  std::function<bool(PlayerRig&)> run;
-};
+using OperationTable = std::map<std::string, std::function<bool(PlayerRig&)>>;
 
 // Every operation of the transport, with the current item, the first one and another.
-inline const std::vector<NamedOperation>& Operations() {
-  static const std::vector<NamedOperation> operations = {
+inline const OperationTable& Operations() {
+  static const OperationTable operations = {
       {"Open(a)", [](PlayerRig& rig) { return rig.player->OpenItem(rig.a); }},
       {"Open(b)", [](PlayerRig& rig) { return rig.player->OpenItem(rig.b); }},
       {"Cue()", [](PlayerRig& rig) { return rig.player->CueItem(); }},
@@ -154,10 +151,13 @@ inline const std::vector<NamedOperation>& Operations() {
 }
 
 inline bool RunNamed(PlayerRig& rig, const std::string& name) {
-  for (const auto& operation : Operations())
-    if (operation.name == name) return operation.run(rig);
-  ADD_FAILURE() << "no operation " << name;
-  return false;
+  return Operations().at(name)(rig);
+}
+
+// Result, new status and what was said: "true open: QueryOpen(a) Opening Opened".
+inline std::string Outcome(PlayerRig& rig, const std::string& operation) {
+  const std::string result = RunNamed(rig, operation) ? "true " : "false ";
+  return std::string(Trim(result + StatusName(rig.player->Status()) + ": " + rig.TakeHeard()));
 }
 
 }  // namespace qm::test

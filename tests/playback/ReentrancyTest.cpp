@@ -98,10 +98,8 @@ class WildWalk {
   }
 
   void Operate(PlayerRig& rig) {
-    const auto& operation = Operations()[Pick(Operations().size())];
-    if (m_unlocking == UnLocking::Yes || operation.name != std::string("UnLock()") ||
-        rig.player->Status() == psLocked)
-      operation.run(rig);
+    const auto& [name, run] = *std::next(Operations().begin(), Pick(Operations().size()));
+    if (m_unlocking == UnLocking::Yes || name != "UnLock()" || rig.player->Status() == psLocked) run(rig);
   }
 
   void Notify(PlayerRig& rig) {
@@ -174,65 +172,53 @@ TEST(Reentrancy, AnyListenerMayCallAnything) {
   }
 }
 
-// One listener, one answer, at each event of a play on a player with an open item.
+// One listener, one answer, the first time an event is heard.
 TEST(Reentrancy, AnOperationEndsWhenItsItemIsGone) {
   const struct {
+    enPlayerStatus from;
     std::int32_t at;
     const char* answer;
     const char* operation;
-    bool result;
-    enPlayerStatus status;
-    const char* heard;
-    enPlayerStatus from = psOpen;
+    const char* outcome;
   } rows[] = {
-      {peQueryCue, "Close()", "Cue()", false, psClosed, "QueryCue(a) QueryClose(a) Closing Closed"},
-      {peQueryOpen, "Open(b)", "Open(b)", false, psOpen,
-       "QueryOpen(b) QueryOpen(b) QueryClose(a) Closing Closed Opening Opened"},
-      {peQueryPlay, "Close()", "Play(b)", true, psPlaying,
-       "QueryPlay(b) QueryClose(a) Closing Closed QueryOpen(b) Opening Opened QueryCue(b) Cued Playing=0/-1"},
-      {peOpened, "Close()", "Play(b)", false, psClosed,
-       "QueryPlay(b) QueryOpen(b) QueryClose(a) Closing Closed Opening Opened QueryClose(b) Closing Closed"},
-      {peOpening, "Lock()", "Open(b)", false, psLocked,
-       "QueryOpen(b) QueryClose(a) Closing Closed Opening Locked"},
-      {peOpening, "Open(b)", "Open(b)", true, psOpen,
-       "QueryOpen(b) QueryClose(a) Closing Closed Opening Opened"},
-      {peError, "Cue(b)", "Cue()", false, psCued,
-       "QueryCue(a) Error=7 QueryCue(b) QueryOpen(b) QueryClose(a) Closing Closed Opening Opened Cued"},
-      {peError, "Play(b)", "Play()", false, psPlaying,
-       "QueryPlay(a) Error=7 QueryPlay(b) QueryOpen(b) QueryClose(a) Closing Closed Opening Opened "
-       "QueryCue(b) Cued Playing=0/-1",
-       psCued},
-      {peError, "Close()", "Seek(50)", false, psClosed,
-       "QuerySeek(a)=50 Error=7 QueryClose(a) Closing Closed"},
-      {peVolumeChanged, "Close()", "Cue()", false, psClosed,
-       "QueryCue(a) VolumeChanged=100 QueryClose(a) Closing Closed"},
-      {peQuerySeek, "Seek(50)", "Seek(50)", true, psPaused, "QuerySeek(a)=50 Paused"},
-      {peClosing, "Lock()", "Close()", true, psClosed, "QueryClose(a) Closing Closed"},
-      {peClosing, "Open(b)", "Close()", true, psClosed, "QueryClose(a) Closing QueryOpen(b) Closed"},
-      {peClosed, "Open(b)", "Lock()", false, psOpen,
-       "QueryClose(a) Closing Closed QueryOpen(b) Opening Opened"},
-      {peQueryClose, "UnLock()", "Close()", true, psClosed, "QueryClose(a) UnLocked"},
+      {psOpen, peQueryCue, "Close()", "Cue()", "false closed: QueryCue(a) QueryClose(a) Closing Closed"},
+      {psOpen, peQueryOpen, "Open(b)", "Open(b)",
+       "false open: QueryOpen(b) QueryOpen(b) QueryClose(a) Closing Closed Opening Opened"},
+      {psClosed, peOpened, "Close()", "Play(b)",
+       "false closed: QueryPlay(b) QueryOpen(b) Opening Opened QueryClose(b) Closing Closed"},
+      {psClosed, peOpening, "Lock()", "Open(b)", "false locked: QueryOpen(b) Opening Locked"},
+      {psCued, peError, "Play(b)", "Play()",
+       "false playing: QueryPlay(a) Error=7 QueryPlay(b) QueryOpen(b) QueryClose(a) Closing Closed Opening "
+       "Opened QueryCue(b) Cued Playing=0/-1"},
+      {psOpen, peError, "Close()", "Seek(50)",
+       "false closed: QuerySeek(a)=50 Error=7 QueryClose(a) Closing Closed"},
+      {psOpen, peVolumeChanged, "Close()", "Cue()",
+       "false closed: QueryCue(a) VolumeChanged=100 QueryClose(a) Closing Closed"},
+      {psOpen, peQuerySeek, "Seek(50)", "Seek(50)", "true paused: QuerySeek(a)=50 Paused"},
+      {psPlaying, pePaused, "Close()", "PlayHook(a)",
+       "false closed: QueryPause(a) Paused QueryClose(a) Closing Closed"},
+      {psOpen, peClosing, "Lock()", "Close()", "true closed: QueryClose(a) Closing Closed"},
+      {psOpen, peClosing, "Open(b)", "Close()", "true closed: QueryClose(a) Closing QueryOpen(b) Closed"},
+      {psOpen, peClosed, "Open(b)", "Lock()",
+       "false open: QueryClose(a) Closing Closed QueryOpen(b) Opening Opened"},
+      {psOpen, peQueryClose, "UnLock()", "Close()", "true closed: QueryClose(a) UnLocked"},
   };
   for (const auto& row : rows) {
     PlayerRig rig;
     rig.GoTo(row.from);
     if (row.at == peVolumeChanged) rig.player->SetPlayVolume(50);
     rig.TakeHeard();
-    if (row.at == peError) rig.script->failing = {"Cue", "Seek"};
+    if (row.at == peError) rig.script->failing = {"Seek"};
     if (row.at == peError) rig.script->warning = {"Play"};
     rig.script->tellErrors = true;
     bool answered = false;
     rig.onEvent = [&](std::int32_t event) {
-      if (event != row.at || answered) return;
-      answered = true;
+      if (event != row.at || std::exchange(answered, true)) return;
       rig.script->failing.clear();
       rig.script->warning.clear();
       RunNamed(rig, row.answer);
     };
-    EXPECT_EQ(RunNamed(rig, row.operation), row.result) << row.operation << " with " << row.answer;
-    EXPECT_TRUE(answered);
-    EXPECT_EQ(rig.player->Status(), row.status) << row.operation << " with " << row.answer;
-    EXPECT_EQ(rig.TakeHeard(), row.heard);
+    EXPECT_EQ(Outcome(rig, row.operation), row.outcome) << row.operation << " with " << row.answer;
   }
 }
 

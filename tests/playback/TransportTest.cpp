@@ -173,7 +173,7 @@ TEST(Transport, TerminatedPlayerSaysNothingAndRefusesAll) {
   EXPECT_EQ(rig.player->Reference(), 0);
   EXPECT_EQ(rig.player->Status(), psClosed);
   EXPECT_EQ(rig.owner.use_count(), 1);
-  for (const auto& operation : Operations()) EXPECT_FALSE(operation.run(rig)) << operation.name;
+  for (const auto& [name, run] : Operations()) EXPECT_FALSE(run(rig)) << name;
   EXPECT_FALSE(rig.player->InitPlayer(1, nullptr));
   EXPECT_EQ(rig.TakeHeard() + rig.owner->heard, "");
 }

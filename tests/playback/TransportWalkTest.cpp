@@ -74,24 +74,19 @@ std::map<std::string, std::string> WalkRows() {
       EXPECT_TRUE(rows.emplace(status + " " + std::string(Trim(operation)), result).second) << line;
     }
   }
-  for (const auto& operation : Operations())
-    rows.emplace(std::string("locked ") + operation.name, "false locked:");
+  for (const auto& [name, run] : Operations()) rows.emplace("locked " + name, "false locked:");
   return rows;
-}
-
-std::string Outcome(PlayerRig& rig, bool result) {
-  return std::string(result ? "true " : "false ") + StatusName(rig.player->Status()) + ": " + rig.TakeHeard();
 }
 
 TEST(TransportWalk, EveryStatusTimesEveryOperation) {
   const auto rows = WalkRows();
   for (const enPlayerStatus status : kStatuses) {
-    for (const auto& operation : Operations()) {
-      const std::string name = StatusName(status) + " " + operation.name;
+    for (const auto& [operation, run] : Operations()) {
+      const std::string name = StatusName(status) + " " + operation;
       PlayerRig rig;
       rig.GoTo(status);
       ASSERT_EQ(rig.player->Status(), status);
-      EXPECT_EQ(Trim(Outcome(rig, operation.run(rig))), rows.at(name)) << name;
+      EXPECT_EQ(Outcome(rig, operation), rows.at(name)) << name;
       EXPECT_EQ(rig.TakeHeard(), "") << name;
     }
   }
@@ -122,7 +117,7 @@ TEST(TransportWalk, FailureOfTheControlIsAnsweredAndTakenBack) {
     PlayerRig rig;
     rig.GoTo(row.from);
     rig.script->failing = {row.failing};
-    EXPECT_EQ(Outcome(rig, RunNamed(rig, row.operation)), row.outcome) << row.operation;
+    EXPECT_EQ(Outcome(rig, row.operation), row.outcome) << row.operation;
   }
 }
 
@@ -134,15 +129,15 @@ std::string Behind(const std::string& heard, const std::string& word) {
 }
 
 // One question refused, by the listener or by the owner. False when it was not asked.
-bool RefuseOne(enPlayerStatus status, const NamedOperation& operation, std::int32_t query, bool byOwner) {
+bool RefuseOne(enPlayerStatus status, const std::string& operation, std::int32_t query, bool byOwner) {
   PlayerRig rig;
   rig.GoTo(status);
   (byOwner ? rig.owner->veto : rig.veto) = query;
-  const bool result = operation.run(rig);
+  const bool result = RunNamed(rig, operation);
   const std::string word = EventWord(query, "", 0, 0).substr(0, 8);
   if (rig.heard.find(word) == std::string::npos) return false;
-  const std::string name = StatusName(status) + " " + operation.name + ": " + rig.heard;
-  const bool hook = std::string(operation.name).find("Hook") != std::string::npos;
+  const std::string name = StatusName(status) + " " + operation + ": " + rig.heard;
+  const bool hook = operation.find("Hook") != std::string::npos;
   if (hook && query == peQueryPause) return true;  // goes to the hook without a pause
   EXPECT_FALSE(result) << name;
   EXPECT_EQ(Behind(rig.heard, word), hook && query == peQuerySeek ? "QueryClose(a) Closing Closed" : "")
@@ -157,7 +152,7 @@ bool RefuseOne(enPlayerStatus status, const NamedOperation& operation, std::int3
 TEST(TransportWalk, EveryQuestionCanBeRefused) {
   int refused = 0;
   for (const enPlayerStatus status : kStatuses)
-    for (const auto& operation : Operations())
+    for (const auto& [operation, run] : Operations())
       for (const auto query : {peQueryOpen, peQueryCue, peQueryPlay, peQueryPause, peQuerySeek, peQueryClose})
         for (const bool byOwner : {false, true}) refused += RefuseOne(status, operation, query, byOwner);
   EXPECT_GT(refused, 100);
