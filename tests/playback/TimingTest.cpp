@@ -139,21 +139,6 @@ TEST(Timing, Volumes) {
   EXPECT_EQ(rig.script->TakeCalls(), "AddVolumeChange(10,1,2,3,4,5)");
 }
 
-TEST(Timing, AReservationOutlivesItemAndLock) {
-  PlayerRig rig;
-  rig.GoTo(psCued);
-  rig.player->SetReservation(7, "News");
-  EXPECT_EQ(rig.owner->lastReference, "");
-  rig.player->LockPlayer();
-  EXPECT_EQ(rig.player->ReservationCaption(), "News");
-  rig.TakeHeard();
-  std::int32_t raised = 0;
-  rig.player->events.ReservationCleared.connect([&](std::int32_t reference) { raised = reference; });
-  rig.player->ClearReservation();
-  EXPECT_EQ(raised, 7);
-  EXPECT_EQ(rig.TakeHeard(), "ReservationCleared=7");
-}
-
 TEST(InitPlayer, TellsTheControlBuffersAndDevice) {
   const struct {
     std::int16_t number, listIndex;

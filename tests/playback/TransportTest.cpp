@@ -57,6 +57,7 @@ TEST(Transport, NaturalRun) {
   rig.player->SetLogReference(5.5);
   rig.player->SetPlayedTag(3);
   rig.player->SetPreviewMode(true);
+  rig.player->SetReservation(7, "News");  // stays behind the item
   // The close reference belongs to whoever hears the question.
   rig.owner->onEvent = [](std::string&, float& sValue1, float&) {
     if (sValue1 == 7) sValue1 = 8;
@@ -65,8 +66,10 @@ TEST(Transport, NaturalRun) {
   EXPECT_TRUE(rig.player->CloseItem(reference));
   EXPECT_EQ(reference, 8);
   EXPECT_EQ(rig.TakeHeard(),
-            "PositionChanged=90/10 ExtroReached AudioEndReached SetPreviewMode QueryClose(a)=7 Closing=0/8 "
+            "PositionChanged=90/10 ExtroReached AudioEndReached SetPreviewMode Reserved=7 QueryClose(a)=7 "
+            "Closing=0/8 "
             "Closed=0/8");
+  EXPECT_EQ(rig.player->ReservationCaption(), "News");
   EXPECT_EQ(rig.player->PreviousHDItem(), rig.a);
   EXPECT_EQ(rig.player->PreviousSecondsPlayed(), 90);
   EXPECT_EQ(
