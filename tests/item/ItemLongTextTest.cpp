@@ -55,7 +55,21 @@ TEST(ItemLongText, KeysAndDecodingThatDiffer) {
       {"BackColour=255", "BackColour", "255"},
       {"ItemTitle=\"TextColour\"", "TextColour", "0"},
       {"Ref=\"short\" ITitle=\"short\"", "Reference", ""},
-      // Notes and copyright, each of one group
+      // Groups are read where they are available or the text is very old, which has the notes under "Notes".
+      {"InfoAvailable=2 ItemTitle=t", "ItemTitle", ""},
+      {"InfoAvailable=0 ItemTitle=t", "ItemTitle", "t"},
+      {"InfoAvailable=1 AudioStart1=4", "AudioStart", "0"},
+      {"AudioStart1=4", "AudioStart", "4"},
+      {"InfoAvailable=8 StudioNotes=n", "StudioNotes", ""},
+      {"StudioNotes=n", "StudioNotes", ""},
+      {"InfoAvailable=4 WebNotes=w", "WebNotes", ""},
+      {"WebNotes=w", "WebNotes", "w"},
+      {"InfoAvailable=1 Composer=c", "Composer", ""},
+      {"InfoAvailable=0 Composer=c", "Composer", "c"},
+      {"InfoAvailable=1 PictureCount=2", "NumberPictures", "0"},
+      {"PictureCount=2", "NumberPictures", "2"},
+      {"InfoAvailable=\"32\"", "InfoAvailable", "32"},
+      {"InfoAvailable=0", "InfoAvailable", "3"},
       {"Notes=\"a%22\" InfoAvailable=4 StudioNotes=n", "StudioNotes", "a\""},
       {"InfoAvailable=4 WebNotes=a StudioNotes=n", "StudioNotes", "n"},
       {"InfoAvailable=1 Notes=a CopyrightComposer=c", "Composer", "c"},
@@ -76,35 +90,6 @@ TEST(ItemLongText, KeysAndDecodingThatDiffer) {
     item.SetTotalLength(20);
     item.SetSerialisation(std::string(c.text) + " AudioEnd1=20 AudioEnd2=20 AudioEnd3=20 TotalLength=20");
     EXPECT_EQ(FieldText(item, c.field), c.value) << c.text;
-  }
-}
-
-TEST(ItemLongText, GroupsAreReadWhereTheyAreAvailableOrTheTextIsVeryOld) {
-  struct Case {
-    const char* available;
-    std::int32_t becomes;
-    const char* read;  // title, start, notes, web notes, composer, pictures
-  };
-  const Case cases[] = {
-      {"", 3, "ts-wcp"},
-      {"InfoAvailable=0 ", 3, "ts-wcp"},  // very old texts have the notes under "Notes"
-      {"InfoAvailable=1 ", 1, "t-----"},
-      {"InfoAvailable=2 ", 2, "-s----"},
-      {"InfoAvailable=4 ", 4, "--n---"},
-      {"InfoAvailable=8 ", 8, "---w--"},
-      {"InfoAvailable=16 ", 16, "----c-"},
-      {"InfoAvailable=\"32\" ", 32, "-----p"},
-  };
-  for (const Case& c : cases) {
-    cHDItem item;
-    item.SetSerialisation(std::string(c.available) +
-                          "ItemTitle=t AudioStart1=4 StudioNotes=n WebNotes=w Composer=c PictureCount=2");
-    EXPECT_EQ(item.InfoAvailable(), c.becomes) << c.available;
-    const bool is[] = {item.ItemTitle() == "t", item.AudioStart(1) == 4, item.StudioNotes() == "n",
-                       item.WebNotes() == "w",  item.Composer() == "c",  item.NumberPictures() == 2};
-    std::string read;
-    for (int i = 0; i < 6; ++i) read += is[i] ? "tsnwcp"[i] : '-';
-    EXPECT_EQ(read, c.read) << c.available;
   }
 }
 

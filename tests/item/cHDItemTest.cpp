@@ -18,15 +18,12 @@ using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 
 TEST(cHDItem, TotalLengthKeepsEveryAudioEndWithinIt) {
-  struct Step {
-    float total, audioEnd;
-  };
   cHDItem item;
-  for (const Step& step :
-       {Step{30, 30}, Step{20, 20}, Step{50, 20}, Step{0, 0}, Step{40, 40}, Step{-1, -1}}) {
-    item.SetTotalLength(step.total);
-    for (std::int32_t set = 1; set <= 3; ++set) EXPECT_EQ(item.AudioEnd(set), step.audioEnd) << step.total;
-    EXPECT_EQ(item.TotalLength(), step.total);
+  for (const auto& [total, audioEnd] :
+       {std::pair{30.f, 30.f}, {20, 20}, {50, 20}, {0, 0}, {40, 40}, {-1, -1}}) {
+    item.SetTotalLength(total);
+    for (std::int32_t set = 1; set <= 3; ++set) EXPECT_EQ(item.AudioEnd(set), audioEnd) << total;
+    EXPECT_EQ(item.TotalLength(), total);
     EXPECT_EQ(item.ScheduledLength(), -1);
   }
 }
@@ -111,15 +108,16 @@ TEST(cHDItem, EndTypeAsAWordOfEachLength) {
 }
 
 TEST(cHDItem, VersionsSkipOneAndThirtyOne) {
-  struct Case {
-    std::int16_t before, after;
-  };
-  for (const Case& c : {Case{0, 1}, Case{29, 30}, Case{30, 31}, Case{31, 33}, Case{32000, 32001},
-                        Case{32001, 2}, Case{32767, 2}}) {
+  for (const auto& [before, after] : {std::pair<std::int16_t, std::int16_t>{0, 1},
+                                      {30, 31},
+                                      {31, 33},
+                                      {32000, 32001},
+                                      {32001, 2},
+                                      {32767, 2}}) {
     cHDItem item;
-    item.SetVersion(c.before);
+    item.SetVersion(before);
     item.IncrementVersion();
-    EXPECT_EQ(item.Version(), c.after) << c.before;
+    EXPECT_EQ(item.Version(), after) << before;
   }
 }
 
