@@ -27,7 +27,6 @@ TEST(Parameters, MarksMoveTheirNeighbours) {
       {hipIntroStart, 500, "0 100 100 20 30 100 100", "Mark(61@100) Mark(32@100) Mark(31@100)"},
       {hipIntroStart, 0, "0 0 10 20 30 90 100", "RemoveMark(31)"},
       {hipIntroEnd, 0.5f, "0 0.5 0.5 20 30 90 100", "Mark(31@0.5) Mark(32@0.5)"},
-      {hipIntroEnd, 95, "0 1 95 20 30 95 100", "Mark(61@95) Mark(32@95)"},
       {hipHookStart, 40, "0 1 10 40 40 90 100", "Mark(42@40) Mark(41@40)"},
       {hipHookEnd, 15, "0 1 10 15 15 90 100", "Mark(41@15) Mark(42@15)"},
       {hipExtro, 5, "0 1 10 20 30 5 100", "Mark(61@5)"},
