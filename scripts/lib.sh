@@ -9,7 +9,7 @@ packages_build=(
   libfmt-dev libpugixml-dev libcli11-dev nlohmann-json3-dev
   libgtest-dev libgmock-dev librapidcheck-dev
 )
-packages_test=(ffmpeg sox lame twolame pulseaudio pulseaudio-utils jackd2)
+packages_test=(ffmpeg sox lame twolame espeak-ng pulseaudio pulseaudio-utils jackd2)
 packages_demo=(parsec47-data espeak-ng ffmpeg lame)
 packages_sanitizers=(clang libclang-rt-14-dev)
 
