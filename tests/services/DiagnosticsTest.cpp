@@ -77,6 +77,15 @@ TEST_F(DiagnosticsTest, LinesAreIndentedByTheirNestingInTheFileOfTheirDay) {
   EXPECT_THAT(m_box->shown, IsEmpty());
 }
 
+TEST_F(DiagnosticsTest, AnUnwritableFileStaysSilentAndNestingGoesOn) {
+  std::filesystem::create_directories(m_temp.File("debug/Studio.20260309.log"));
+  WriteDebug("a", 5, ednOpens);
+  EXPECT_THAT(m_box->shown, IsEmpty());
+  std::filesystem::remove(m_temp.File("debug/Studio.20260309.log"));
+  WriteDebug("b");
+  EXPECT_EQ(Log(), "08:01:05     b\n");
+}
+
 TEST_F(DiagnosticsTest, TheModeDecidesWhichLevelsAreWritten) {
   struct Row {
     std::int32_t mode, level;
