@@ -108,5 +108,39 @@ TEST(EngineRun, ASweeperLinkStartsOnTheExactFrame) {
   }
 }
 
+TEST(EngineRun, AFadeTellsItsFireLevelWhereItFallsToIt) {
+  EngineRig rig;
+  auto item = rig.Item("a", std::vector<std::int16_t>(2 * 132300, 8192));
+  auto player = rig.Player(1);
+  ASSERT_TRUE(player->PlayItem(item));
+  ASSERT_TRUE(player->Fade(0.5f, 2, pvcFadeOut));
+  rig.heard.clear();
+  rig.bench.Run();
+  // 65 per cent of full volume, after 0.7 of the two seconds.
+  EXPECT_EQ(rig.heard,
+            "1@22050:VolumeChangeStartNotify 1@52920:FadingOut 1@52920:VolumeChangeNotify "
+            "1@110250:VolumeChangeEndNotify 1@132300:ExtroReached 1@132300:AudioEndReached");
+  EXPECT_TRUE(player->FadeNotified());
+  EXPECT_EQ(player->PlayVolume(), 0);
+}
+
+TEST(EngineRun, AHookPlaysFromItsStartAndClosesAtItsEnd) {
+  EngineRig rig;
+  const auto noise = Noise16(2 * 88200);
+  auto item = rig.Item("a", noise);
+  item->SetHookEnd(1, 1.25f);
+  item->SetHookStart(1, 0.333333f);
+  auto player = rig.Player(1);
+  ASSERT_TRUE(player->PlayItemHook(item));
+  rig.heard.clear();
+  rig.bench.Run();
+  const std::size_t from = 14700, length = 55125 - from;
+  EXPECT_EQ(rig.heard,
+            "1@0:HookStartReached 1@40425:QueryClose 1@40425:Closing 1@40425:Closed 1@40425:HookEndReached");
+  ASSERT_GE(rig.bench.HeardFrames(), length);
+  for (std::size_t i = 0; i < length; ++i) ASSERT_EQ(rig.bench.Heard16(i), noise[2 * (i + from)]) << i;
+  EXPECT_LE(rig.bench.HeardFrames(), length + 220) << "the ramp of the close and nothing more";
+}
+
 }  // namespace
 }  // namespace qm
