@@ -1,8 +1,10 @@
 #include <fmt/format.h>
 
+#include <CLI/CLI.hpp>
+
 #include <nlohmann/json.hpp>
 
-#include "cli/Commands.h"
+#include "cli/Command.h"
 #include "cli/Failure.h"
 #include "kits/sound/engine/AudioEngine.h"
 
@@ -25,8 +27,6 @@ void Print(const char* heading, const std::vector<SoundDevice>& devices) {
   for (std::size_t i = 0; i < devices.size(); ++i) fmt::print("  {:>2}  {}\n", i + 1, devices[i].name);
 }
 
-}  // namespace
-
 std::int32_t ListDevices(enPrinting printing) {
   const SoundHardware hardware = MachineSound();
   const auto outputs = hardware.list->Outputs(), inputs = hardware.list->Inputs();
@@ -42,6 +42,15 @@ std::int32_t ListDevices(enPrinting printing) {
       "  null      a clock: everything happens in real time, without sound\n"
       "  wav:PATH  a WAV file, written as fast as the processor allows\n");
   return exsDone;
+}
+
+}  // namespace
+
+Command AddDevicesCommand(CLI::App& program) {
+  CLI::App* app = program.add_subcommand("devices", "List the sound outputs and inputs");
+  const auto printing = std::make_shared<enPrinting>(epForPeople);
+  AddJson(*app, *printing);
+  return {app, [printing] { return ListDevices(*printing); }};
 }
 
 }  // namespace qm::cli

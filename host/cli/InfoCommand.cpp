@@ -1,8 +1,10 @@
 #include <fmt/format.h>
 
+#include <CLI/CLI.hpp>
+
 #include <nlohmann/json.hpp>
 
-#include "cli/Commands.h"
+#include "cli/Command.h"
 #include "cli/Failure.h"
 #include "cli/ItemFile.h"
 #include "item/ItemFields.h"
@@ -84,8 +86,6 @@ void PrintForPeople(const std::string& path, const ItemFile& file) {
   }
 }
 
-}  // namespace
-
 std::int32_t TellAbout(const std::string& path, enPrinting printing) {
   ItemFile file;
   std::string errorText;
@@ -98,6 +98,21 @@ std::int32_t TellAbout(const std::string& path, enPrinting printing) {
   else
     PrintForPeople(path, file);
   return exsDone;
+}
+
+struct InfoOptions {
+  std::string path;
+  enPrinting printing = epForPeople;
+};
+
+}  // namespace
+
+Command AddInfoCommand(CLI::App& program) {
+  CLI::App* app = program.add_subcommand("info", "Tell about an audio file");
+  const auto options = std::make_shared<InfoOptions>();
+  app->add_option("FILE", options->path, "The audio file")->required()->type_name("");
+  AddJson(*app, options->printing);
+  return {app, [options] { return TellAbout(options->path, options->printing); }};
 }
 
 }  // namespace qm::cli

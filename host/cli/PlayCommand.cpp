@@ -4,10 +4,10 @@
 #include <memory>
 #include <optional>
 
-#include "cli/Commands.h"
 #include "cli/EventWriter.h"
 #include "cli/Failure.h"
 #include "cli/PlayLoop.h"
+#include "cli/PlayOptions.h"
 #include "cli/StopSignals.h"
 #include "kits/common/Clock.h"
 #include "kits/common/MessageBox.h"

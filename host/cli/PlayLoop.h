@@ -1,7 +1,7 @@
 #pragma once
 #include <memory>
 
-#include "cli/Commands.h"
+#include "cli/PlayOptions.h"
 
 namespace qm::cli {
 

@@ -3,13 +3,11 @@
 #include <string>
 #include <vector>
 
+#include "cli/Command.h"
 #include "cli/PlayOutput.h"
 #include "cli/PlayRun.h"
 
-// What the program does, command by command. Each returns the exit status.
 namespace qm::cli {
-
-enum enPrinting : std::int32_t { epForPeople, epJSON };
 
 struct PlayOptions {
   std::vector<std::string> items;
@@ -20,8 +18,7 @@ struct PlayOptions {
   enPrinting printing = epForPeople;
 };
 
+// The exit status.
 std::int32_t Play(const PlayOptions& options);
-std::int32_t ListDevices(enPrinting printing);
-std::int32_t TellAbout(const std::string& path, enPrinting printing);
 
 }  // namespace qm::cli
