@@ -73,6 +73,10 @@ void cHDItem::SetHookEnd(std::int32_t index, float value) {
   if (HookStart(index) > HookEnd(index)) SetHookStart(index, HookEnd(index));
 }
 
+void cHDItem::ReplaceAudioFormat(const cAudioFormat& format) {
+  m_audioFormat = std::make_shared<cAudioFormat>(format);
+}
+
 float cHDItem::AudioLength(std::int32_t index) const {
   return AudioEnd(index) - Greater(AudioStart(index), 0.0f);
 }

@@ -15,6 +15,7 @@ class cHDItemMark;
 class cHDItemTimeExtra;
 class Clock;
 class XmlElement;
+struct Platform;
 
 // An audio item: one audio file with its timing marks and everything that is known about it. It holds no
 // audio.
@@ -91,6 +92,9 @@ class cHDItem {
     return m_audioFormat;
   }
 
+  // For the library's own readers: a new format object. Who holds the old one keeps it as it was.
+  void ReplaceAudioFormat(const cAudioFormat& format);
+
   // The next version; 1 and 31 are never given.
   void IncrementVersion();
 
@@ -98,6 +102,22 @@ class cHDItem {
   // plays. Markers, file length and existence, and the time of the last refresh take no part. False for no
   // object.
   bool IsSame(const std::shared_ptr<const cHDItem>& other, bool TestLastPlays) const;
+
+  // Fills the item from its audio file: format, length, marks, and what the carriers that flags name hold of
+  // it. Marks that the file does not tell lie as if there were none: audio over the whole file, extro at its
+  // end, empty intro and hook at 0. Fields that the file does not hold stay. False, with nothing changed, for
+  // a file that is missing or empty; and with the marks reset, for one that was not understood.
+  bool LoadFromFile(const std::string& Filename, enHDFileFlags flags = llfAutoDetect);
+  // Writes the metadata into the audio file, whose audio stays as it is: in a WAV file into the chunks that
+  // flags name of llfBext and llfCartChunk. Sets the item's name and length of the file, and in a WAV file
+  // what it lacks of origin and producer. Its peak file stays valid. False when nothing was written; a WAV
+  // file that could not be opened is told by the platform's message box (without a platform, the default).
+  bool SaveToFile(const std::string& Filename, enHDFileFlags flags, const Platform* platform = nullptr);
+  // The marker list in a file of its own, ".pmk", which is appended to a name without it. Loading replaces
+  // the list; false, with nothing changed, for no file. Saving no markers deletes the file and gives false.
+  // Colours are not kept.
+  bool LoadMarkersFromFile(std::string& MarkFilename);
+  bool SaveMarkersToFile(std::string& MarkFilename) const;
 
   // The item as one line of tag text: the fields of the groups that InfoAvailable names, each only where it
   // says something.
