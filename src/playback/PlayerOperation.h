@@ -1,6 +1,7 @@
 #pragma once
-#include <cstdint>
 #include <memory>
+
+#include "services/TracedOperation.h"
 
 namespace qm {
 
@@ -19,21 +20,11 @@ class PlayerKeeper {
   std::shared_ptr<frmPlayer> m_form;
 };
 
-// The same around one operation, with its "Start", "Finish" and "Exit" trace lines.
-class PlayerOperation : private PlayerKeeper {
+// The same around one operation, with its trace lines.
+class PlayerOperation : private PlayerKeeper, private TracedOperation {
  public:
   PlayerOperation(cBasePlayer& player, const char* name);
-  ~PlayerOperation();
-  PlayerOperation(const PlayerOperation&) = delete;
-  PlayerOperation& operator=(const PlayerOperation&) = delete;
-
-  // Leaves early: always false.
-  bool Exit(const char* reason);
-
- private:
-  const char* m_name;
-  std::int16_t m_reference;
-  bool m_left = false;
+  using TracedOperation::Exit;
 };
 
 }  // namespace qm

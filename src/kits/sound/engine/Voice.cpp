@@ -158,6 +158,8 @@ void Voice::Follow(const PlayPlan& plan, enMove move) {
   }
   const double scale = plan.resampling * plan.stretch / (m_plan.resampling * m_plan.stretch);
   const std::int64_t out = m_out;
+  // A start that waits to be heard is not read anew.
+  const bool atHand = m_stream && m_out == 0 && plan == m_plan;
   m_plan = plan;
   m_out = 0;
   m_loopTold = 0;
@@ -166,9 +168,11 @@ void Voice::Follow(const PlayPlan& plan, enMove move) {
     m_rampIn = 0;
     m_reached = 0;
   }
-  m_stream = std::make_shared<VoiceStream>(plan, m_file.channels, m_format.sampleRate, m_format.channels,
-                                           m_ringFrames);
-  m_file.reader->SetStream(m_stream);
+  if (!atHand) {
+    m_stream = std::make_shared<VoiceStream>(plan, m_file.channels, m_format.sampleRate, m_format.channels,
+                                             m_ringFrames);
+    m_file.reader->SetStream(m_stream);
+  }
   ScheduleMarks();
   m_volume.Rebase(out, scale, move == emLocates, VolumeSchedule(), VolumeSpan());
 }
@@ -226,7 +230,14 @@ bool Voice::RemoveVolumeChange(std::int16_t reference) {
 
 float Voice::Seconds() const {
   const double way = static_cast<double>(m_out) / (m_plan.resampling * m_plan.stretch);
-  return std::max(m_reached, static_cast<float>(m_plan.SourcePosition(way) / m_file.sampleRate));
+  const double source = m_plan.SourcePosition(way);
+  auto seconds = static_cast<float>(source / m_file.sampleRate);
+  // Hours into a file a single-precision second is coarser than a frame: a position short of a mark must not
+  // read as the mark.
+  for (const Mark& mark : m_marks)
+    if (seconds >= mark.mark.Position && source < static_cast<double>(MarkFrame(mark.mark.Position)))
+      seconds = std::nextafter(mark.mark.Position, 0.f);
+  return std::max(m_reached, seconds);
 }
 
 float Voice::SecondsRemaining() const {

@@ -70,7 +70,7 @@ class Voice {
   // State.
   bool Playing() const { return m_playing; }
   bool AtEnd() const { return m_ended; }
-  float Seconds() const;  // never below a mark that has been told
+  float Seconds() const;  // never below a mark that has been told, nor at one that lies ahead
   float SecondsRemaining() const;
   float Percent() const;
   bool InLoop() const;
