@@ -6,5 +6,6 @@ pkg_check_modules(AVCODEC REQUIRED IMPORTED_TARGET libavformat libavcodec libavu
 pkg_check_modules(SOXR REQUIRED IMPORTED_TARGET soxr)
 pkg_check_modules(RUBBERBAND REQUIRED IMPORTED_TARGET rubberband)
 pkg_check_modules(RTAUDIO REQUIRED IMPORTED_TARGET rtaudio)
+pkg_check_modules(TAGLIB REQUIRED IMPORTED_TARGET taglib)
 find_package(fmt REQUIRED)
 find_package(pugixml REQUIRED)

@@ -5,11 +5,12 @@
 # Debian packages, by what they are for.
 packages_build=(
   g++ cmake ninja-build pkg-config ccache
-  libsigc++-3.0-dev libavformat-dev libavcodec-dev libavutil-dev libsoxr-dev librubberband-dev librtaudio-dev
+  libsigc++-3.0-dev libavformat-dev libavcodec-dev libavutil-dev libsoxr-dev librubberband-dev librtaudio-dev libtag1-dev
   libfmt-dev libpugixml-dev libcli11-dev nlohmann-json3-dev
   libgtest-dev libgmock-dev librapidcheck-dev
 )
-packages_test=(ffmpeg sox lame twolame espeak-ng pulseaudio pulseaudio-utils jackd2)
+packages_test=(ffmpeg sox lame twolame espeak-ng pulseaudio pulseaudio-utils jackd2 python3-mutagen
+  libimage-exiftool-perl)
 packages_demo=(parsec47-data espeak-ng ffmpeg lame)
 packages_sanitizers=(clang libclang-rt-14-dev)
 
