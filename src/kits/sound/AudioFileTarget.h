@@ -22,6 +22,8 @@ class AudioFileTarget {
   bool WriteAt(std::int64_t position, const void* bytes, std::size_t count);
   std::size_t ReadAt(std::int64_t position, void* bytes, std::size_t count) const;
   std::int64_t Size() const { return m_size; }
+  // The growing file itself, for what can only write to a path.
+  const std::filesystem::path& WorkingPath() const { return m_beside; }
   AudioFileError Commit();
   const AudioFileError& Error() const { return m_error; }
 

@@ -1,0 +1,116 @@
+#include "kits/sound/tags/OpenTags.h"
+
+#include <taglib/apetag.h>
+#include <taglib/audioproperties.h>
+#include <taglib/id3v1tag.h>
+#include <taglib/id3v2framefactory.h>
+#include <taglib/id3v2header.h>
+#include <taglib/id3v2tag.h>
+#include <taglib/mpegfile.h>
+#include <taglib/tfilestream.h>
+#include <taglib/vorbisfile.h>
+#include <taglib/xiphcomment.h>
+
+namespace qm {
+
+namespace {
+
+using MpegFile = TagLib::MPEG::File;
+
+// Frames that version 2.3 does not have, which writing it would drop.
+constexpr const char* kNewerFrames[] = {"ASPI", "EQU2", "RVA2", "SEEK", "SIGN", "TDRL", "TDTG",
+                                        "TMOO", "TPRO", "TSOA", "TSOT", "TSST", "TSOP"};
+
+TagLib::ID3v2::Version VersionToWrite(const TagLib::ID3v2::Tag& tag) {
+  if (tag.header()->majorVersion() >= 4 && !tag.isEmpty()) return TagLib::ID3v2::v4;
+  for (const char* id : kNewerFrames)
+    if (!tag.frameList(id).isEmpty()) return TagLib::ID3v2::v4;
+  return TagLib::ID3v2::v3;
+}
+
+class OpenMpegTags : public OpenTags {
+ public:
+  OpenMpegTags(const std::string& path, TagAccess access, enTagMode mode)
+      : m_stream(path.c_str(), access == TagAccess::read),
+        m_file(&m_stream, TagLib::ID3v2::FrameFactory::instance(), true, TagLib::AudioProperties::Fast) {
+    if (!m_file.isValid() || m_file.audioProperties() == nullptr) return;
+    m_channelMode = m_file.audioProperties()->channelMode();
+    if (access == TagAccess::write) m_kinds = KindsToWrite(mode);
+    if (Has(MpegFile::ID3v2, m_file.hasID3v2Tag())) Add(*m_file.ID3v2Tag(true));
+    if (Has(MpegFile::APE, m_file.hasAPETag())) Add(*m_file.APETag(true));
+    if (!Has(MpegFile::ID3v1, m_file.hasID3v1Tag())) return;
+    Add(*m_file.ID3v1Tag(true));
+    m_numbersGenres = m_carriers.back().get();
+  }
+
+  bool Save() override {
+    const auto version = m_kinds & MpegFile::ID3v2 ? VersionToWrite(*m_file.ID3v2Tag()) : TagLib::ID3v2::v3;
+    return m_file.save(m_kinds, TagLib::File::StripNone, version, TagLib::File::DoNotDuplicate);
+  }
+
+ private:
+  bool Has(int kind, bool found) const { return found || (m_kinds & kind) != 0; }
+  template <class Tag>
+  void Add(Tag& tag) {
+    m_carriers.push_back(MakeTagCarrier(tag));
+  }
+
+  int KindsToWrite(enTagMode mode) const {
+    int kinds = (m_file.hasID3v2Tag() ? MpegFile::ID3v2 : 0) | (m_file.hasAPETag() ? MpegFile::APE : 0) |
+                (m_file.hasID3v1Tag() ? MpegFile::ID3v1 : 0);
+    if (mode == etmID3v1) kinds |= MpegFile::ID3v1;
+    if (mode == etmID3v2 || kinds == 0) kinds |= MpegFile::ID3v2;
+    return kinds;
+  }
+
+  TagLib::FileStream m_stream;
+  MpegFile m_file;
+  int m_kinds = 0;
+};
+
+class OpenVorbisTags : public OpenTags {
+ public:
+  OpenVorbisTags(const std::string& path, TagAccess access)
+      : m_stream(path.c_str(), access == TagAccess::read), m_file(&m_stream, false) {
+    if (m_file.isValid() && m_file.tag() != nullptr) m_carriers.push_back(MakeTagCarrier(*m_file.tag()));
+  }
+  bool Save() override { return !m_carriers.empty() && m_file.save(); }
+
+ private:
+  TagLib::FileStream m_stream;
+  TagLib::Ogg::Vorbis::File m_file;
+};
+
+}  // namespace
+
+std::string OpenTags::Text(enTagField field) const {
+  for (const auto& carrier : m_carriers)
+    if (std::string text = carrier->Text(field); !text.empty()) return text;
+  return {};
+}
+
+bool OpenTags::Put(const TagFields& fields, std::int32_t genreNumber) {
+  bool changes = false;
+  for (const auto& carrier : m_carriers)
+    for (std::int32_t i = 0; i < kTagFields; ++i) {
+      const auto field = static_cast<enTagField>(i);
+      std::string text = fields.Text(field);
+      if (field == etfGenre && carrier.get() == m_numbersGenres && GenreNumber(text) == kUnlistedGenre)
+        text = GenreName(genreNumber);
+      const std::string before = carrier->Text(field);
+      if (SameTagText(field, before, text)) continue;
+      carrier->SetText(field, text);
+      changes = changes || carrier->Text(field) != before;
+    }
+  return changes;
+}
+
+std::unique_ptr<OpenTags> OpenTagsOf(const std::string& path, std::int32_t formatType, TagAccess access,
+                                     enTagMode mode) {
+  UseOwnEightBitText();
+  if (formatType == aftMP3 || formatType == aftMP2) return std::make_unique<OpenMpegTags>(path, access, mode);
+  if (formatType == aftOgg) return std::make_unique<OpenVorbisTags>(path, access);
+  return nullptr;
+}
+
+}  // namespace qm

@@ -1,0 +1,37 @@
+#pragma once
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "kits/sound/tags/TagCarrier.h"
+#include "kits/sound/tags/cAudioTagFile.h"
+
+namespace qm {
+
+enum class TagAccess { read, write };
+
+// The tags of an open file.
+class OpenTags {
+ public:
+  virtual ~OpenTags() = default;
+
+  std::string Text(enTagField field) const;
+  std::int32_t ChannelMode() const { return m_channelMode; }
+  // Puts the fields into every tag; the number for a genre that has no number of its own. True when that
+  // changes anything.
+  bool Put(const TagFields& fields, std::int32_t genreNumber);
+  virtual bool Save() = 0;
+
+ protected:
+  std::vector<std::unique_ptr<TagCarrier>> m_carriers;  // the fullest first
+  TagCarrier* m_numbersGenres = nullptr;                // that of them which knows genres by number only
+  std::int32_t m_channelMode = 0;
+};
+
+// For an MPEG or Ogg file; null for one that takes no tags. To write, the tags that the mode asks for are
+// added.
+std::unique_ptr<OpenTags> OpenTagsOf(const std::string& path, std::int32_t formatType, TagAccess access,
+                                     enTagMode mode);
+
+}  // namespace qm
