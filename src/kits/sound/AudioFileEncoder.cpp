@@ -51,6 +51,7 @@ class EncodingWriter : public AudioFileWriter {
 
   AudioFileError Create();
   AudioFileError Write(const float* interleaved, std::size_t frames) override;
+  AudioFileError Checkpoint(AudioFileSync sync) override;
   AudioFileError Finish() override;
 
  private:
@@ -111,7 +112,7 @@ std::int64_t EncodingWriter::SeekTo(void* self, std::int64_t offset, int whence)
 
 AudioFileError EncodingWriter::Create() {
   if (AudioFileError error = OpenEncoder()) return error;
-  if (AudioFileError error = m_target.Create(m_path)) return error;
+  if (AudioFileError error = m_target.Create(m_path, m_settings.place)) return error;
   if (AudioFileError error = OpenMuxer()) return error;
   m_format.SetFormatType(m_encoding.type);
   m_format.SetSampleRate(m_settings.sampleRate);
@@ -249,6 +250,14 @@ void EncodingWriter::StateDuration(std::int64_t frames) {
   std::string stored;
   AppendLittleEndian<std::uint64_t>(stored, duration->StoredFor(frames, m_settings.sampleRate));
   m_target.WriteAt(static_cast<std::int64_t>(duration->position), stored.data(), stored.size());
+}
+
+AudioFileError EncodingWriter::Checkpoint(AudioFileSync sync) {
+  // Without a packet the muxer gives out what it has gathered for one of its own pages.
+  if (int code = av_write_frame(m_muxer, nullptr); code < 0) return Failed(code);
+  avio_flush(m_output);
+  if (sync == AudioFileSync::disk) m_target.Flush();
+  return m_target.Error();
 }
 
 AudioFileError EncodingWriter::Finish() {

@@ -43,8 +43,9 @@ std::string FormatChunk(const WaveHeader& header) {
 class WaveWriter : public AudioFileWriter {
  public:
   AudioFileError Create(const std::string& path, const WaveHeader& header, SampleCoding coding,
-                        std::int64_t longFormBeyond);
+                        const AudioFileSettings& settings);
   AudioFileError Write(const float* interleaved, std::size_t frames) override;
+  AudioFileError Checkpoint(AudioFileSync sync) override;
   AudioFileError Finish() override;
 
  private:
@@ -59,16 +60,16 @@ class WaveWriter : public AudioFileWriter {
 };
 
 AudioFileError WaveWriter::Create(const std::string& path, const WaveHeader& header, SampleCoding coding,
-                                  std::int64_t longFormBeyond) {
+                                  const AudioFileSettings& settings) {
   m_header = header;
-  m_longFormBeyond = longFormBeyond;
+  m_longFormBeyond = settings.longFormBeyond;
   m_coding = coding;
   m_format.SetFormatType(aftWAV);
   m_format.SetSampleRate(header.sampleRate);
   m_format.SetChannels(header.channels);
   m_format.SetBitsPerSample(header.bits);
   m_format.SetWAVFormatTag(header.formatTag);
-  if (AudioFileError error = m_target.Create(path)) return error;
+  if (AudioFileError error = m_target.Create(path, settings.place)) return error;
   const std::string head = Header();
   m_dataStart = static_cast<std::int64_t>(head.size());
   m_target.WriteAt(0, head.data(), head.size());
@@ -119,6 +120,13 @@ AudioFileError WaveWriter::Write(const float* interleaved, std::size_t frames) {
   return {};
 }
 
+AudioFileError WaveWriter::Checkpoint(AudioFileSync sync) {
+  const std::string head = Header();
+  m_target.Rewrite(0, head.data(), head.size());
+  if (sync == AudioFileSync::disk) m_target.Flush();
+  return m_target.Error();
+}
+
 AudioFileError WaveWriter::Finish() {
   const std::string head = Header();
   m_target.WriteAt(0, head.data(), head.size());
@@ -149,7 +157,7 @@ std::unique_ptr<AudioFileWriter> CreateWaveWriter(const std::string& path, const
   header.blockAlign = settings.bits / 8 * settings.channels;
   header.bytesPerSecond = header.blockAlign * settings.sampleRate;
   auto writer = std::make_unique<WaveWriter>();
-  error = writer->Create(path, header, coding, settings.longFormBeyond);
+  error = writer->Create(path, header, coding, settings);
   if (error) return nullptr;
   return writer;
 }

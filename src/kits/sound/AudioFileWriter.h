@@ -8,6 +8,13 @@
 
 namespace qm {
 
+// Where a file grows: beside its path, whose place it takes when it is finished, or at its path from the
+// start, so that what is there is a file at any time.
+enum class AudioFilePlace { beside, atOnce };
+
+// Whether what is written must be on the disk itself.
+enum class AudioFileSync { system, disk };
+
 // Everything an encoder may be told.
 struct AudioFileSettings {
   std::int32_t sampleRate = 44100;
@@ -18,13 +25,17 @@ struct AudioFileSettings {
   std::int32_t minimumBitRate = 0, maximumBitRate = 0;  // Ogg
   bool variableBitRate = false;                         // MP3
   std::int64_t longFormBeyond = 0xFFFFFFFF;             // WAV: bytes of a form that only RF64 can hold
+  AudioFilePlace place = AudioFilePlace::beside;
 };
 
-// An audio file being written beside its path. Destroyed without Finish it leaves nothing behind.
+// An audio file being written. Destroyed without Finish it leaves nothing behind, unless it grew at its path.
 class AudioFileWriter {
  public:
   virtual ~AudioFileWriter() = default;
   virtual AudioFileError Write(const float* interleaved, std::size_t frames) = 0;
+  // Makes what was written so far readable, up to what an encoder holds back (a tenth of a second at most).
+  // Also after a failed Write, for what that left.
+  virtual AudioFileError Checkpoint(AudioFileSync sync) = 0;
   // Completes the file and puts it in its place.
   virtual AudioFileError Finish() = 0;
 

@@ -8,6 +8,7 @@
 namespace qm {
 
 class ctlVellanPlayer;
+class RecordingControl;
 
 // A wave device by the name that settings use, with the formats it takes as bits of the platform's capability
 // mask (SuitableFormatBit).
@@ -45,10 +46,12 @@ struct StreamingSettings {
   std::int32_t bufferLength = 0;
 };
 
-// Makes playback controls and delivers what they have to say. Host thread only.
+// Makes playback and recording controls and delivers what they have to say. Host thread only.
 class SoundSystem : public SoundDeviceList {
  public:
   virtual std::unique_ptr<ctlVellanPlayer> CreatePlayer() = 0;
+  // Null where nothing can be recorded.
+  virtual std::shared_ptr<RecordingControl> CreateRecorder() { return nullptr; }
 
   // Delivers every notification that is due and lets sound go on behind each. True when any was delivered or,
   // on an offline device, when time has moved. Called from within a notification it does nothing and returns

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "kits/common/Text.h"
+#include "kits/sound/devices/RtAudioInput.h"
 #include "kits/sound/devices/RtAudioOutput.h"
 
 namespace qm {
@@ -37,6 +38,22 @@ void KeepKnown(ServerListing& listing, const ServerListing& known) {
   }
 }
 
+std::int32_t NumberOf(const std::string& name, const std::vector<SoundDevice>& devices) {
+  const auto found = std::find_if(devices.begin(), devices.end(), [&](const SoundDevice& device) {
+    return EqualIgnoringCase(device.name, name);
+  });
+  return found == devices.end() ? 0 : static_cast<std::int32_t>(found - devices.begin()) + 1;
+}
+
+template <class Way>
+std::unique_ptr<Way> Make(enSoundServer server, std::int32_t number, const std::vector<SoundDevice>& devices,
+                          const char* kind, std::string& errorText) {
+  if (number <= static_cast<std::int32_t>(devices.size()))
+    return std::make_unique<Way>(server, devices[static_cast<std::size_t>(number - 1)].name);
+  errorText = std::string("there is no sound ") + kind + " number " + std::to_string(number);
+  return nullptr;
+}
+
 }  // namespace
 
 const ServerListing& DeviceCatalogue::Listing() const {
@@ -63,21 +80,21 @@ std::vector<SoundDevice> DeviceCatalogue::Inputs() const {
 }
 
 std::int32_t DeviceCatalogue::OutputNumber(const std::string& name) const {
-  const std::vector<SoundDevice> outputs = Outputs();
-  const auto found = std::find_if(outputs.begin(), outputs.end(), [&](const SoundDevice& device) {
-    return EqualIgnoringCase(device.name, name);
-  });
-  return found == outputs.end() ? 0 : static_cast<std::int32_t>(found - outputs.begin()) + 1;
+  return NumberOf(name, Outputs());
+}
+
+std::int32_t DeviceCatalogue::InputNumber(const std::string& name) const {
+  return NumberOf(name, Inputs());
 }
 
 std::unique_ptr<Output> DeviceCatalogue::MakeOutput(std::int32_t number, std::string& errorText) const {
   if (number <= 0) return std::make_unique<RtAudioOutput>(m_wanted);
-  const std::vector<SoundDevice> outputs = Outputs();
-  if (number <= static_cast<std::int32_t>(outputs.size()))
-    return std::make_unique<RtAudioOutput>(Listing().server,
-                                           outputs[static_cast<std::size_t>(number - 1)].name);
-  errorText = "there is no sound output number " + std::to_string(number);
-  return nullptr;
+  return Make<RtAudioOutput>(Listing().server, number, Outputs(), "output", errorText);
+}
+
+std::unique_ptr<Input> DeviceCatalogue::MakeInput(std::int32_t number, std::string& errorText) const {
+  if (number <= 0) return std::make_unique<RtAudioInput>(m_wanted);
+  return Make<RtAudioInput>(Listing().server, number, Inputs(), "input", errorText);
 }
 
 }  // namespace qm

@@ -10,6 +10,7 @@
 
 namespace qm {
 
+class Input;
 class Output;
 
 // The sound devices of this machine, as its sound server (or its cards) list them: by name, in the order of
@@ -26,12 +27,15 @@ class DeviceCatalogue : public SoundDeviceList {
   // The list stays as it was when the server is stuck.
   void Refresh();
 
-  // The number of an output by its name, ignoring case; 0 when there is none.
+  // The number of an output or an input by its name, ignoring case; 0 when there is none.
   std::int32_t OutputNumber(const std::string& name) const;
+  std::int32_t InputNumber(const std::string& name) const;
 
   // The number-th output, or the system's default one for 0 and below. Null, with one line in errorText, when
   // the list has no such output; the default one is not looked for before it is opened.
   std::unique_ptr<Output> MakeOutput(std::int32_t number, std::string& errorText) const;
+  // The same for the number-th input.
+  std::unique_ptr<Input> MakeInput(std::int32_t number, std::string& errorText) const;
 
  private:
   const ServerListing& Listing() const;

@@ -1,4 +1,5 @@
 #include "kits/sound/devices/DeviceCatalogue.h"
+#include "kits/sound/devices/Input.h"
 #include "kits/sound/devices/LiveDevice.h"
 #include "kits/sound/engine/AudioEngine.h"
 
@@ -13,6 +14,9 @@ SoundHardware MachineSound() {
             if (!output) return nullptr;
             std::string name = output->Name();
             return MakeLiveDevice(std::move(name), std::move(output), advanceSeconds);
+          },
+          [catalogue](std::int32_t number, std::string& errorText) {
+            return catalogue->MakeInput(number, errorText);
           }};
 }
 

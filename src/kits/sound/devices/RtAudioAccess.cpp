@@ -90,6 +90,7 @@ std::vector<ServerDevice> DevicesOf(RtAudio& audio) {
                        .inputChannels = static_cast<std::int32_t>(info.inputChannels),
                        .sampleRate = static_cast<std::int32_t>(info.preferredSampleRate),
                        .defaultOutput = info.isDefaultOutput,
+                       .defaultInput = info.isDefaultInput,
                        .probed = info.probed});
   }
   std::sort(devices.begin(), devices.end(),

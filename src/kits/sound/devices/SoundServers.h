@@ -22,6 +22,7 @@ struct ServerDevice {
   std::int32_t inputChannels = 0;
   std::int32_t sampleRate = 0;  // the rate it runs at, 0 when it has none of its own
   bool defaultOutput = false;
+  bool defaultInput = false;
   bool probed = true;  // false: it is there, but in use, and tells nothing about itself
 };
 

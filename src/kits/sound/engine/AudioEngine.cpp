@@ -5,10 +5,13 @@
 
 #include <algorithm>
 
+#include "kits/sound/devices/Input.h"
 #include "kits/sound/engine/Device.h"
 #include "kits/sound/engine/EnginePlayer.h"
 #include "kits/sound/engine/Mixer.h"
 #include "kits/sound/engine/SourceReader.h"
+#include "kits/sound/record/EngineRecorder.h"
+#include "kits/sound/record/RecordingFeed.h"
 
 namespace qm {
 
@@ -58,11 +61,45 @@ std::int32_t AudioEngine::AddOutput(std::unique_ptr<Device> device) {
 }
 
 void AudioEngine::Take(Device& device) {
-  device.onPending = [wake = m_wake] {
+  device.onPending = PendingHook();
+  m_pumped.push_back(&device);
+}
+
+std::function<void()> AudioEngine::PendingHook() const {
+  return [wake = m_wake] {
     const std::uint64_t one = 1;
     [[maybe_unused]] const auto written = write(wake, &one, sizeof one);
   };
-  m_pumped.push_back(&device);
+}
+
+std::shared_ptr<RecordingControl> AudioEngine::CreateRecorder() {
+  auto recorder = std::make_shared<EngineRecorder>(shared_from_this());
+  std::erase_if(m_recorders, [](const auto& held) { return held.expired(); });
+  m_recorders.push_back(recorder);
+  return recorder;
+}
+
+std::int32_t AudioEngine::AddInput(FeedMaker maker) {
+  m_addedInputs.push_back(std::move(maker));
+  return kAddedNumbers + static_cast<std::int32_t>(m_addedInputs.size());
+}
+
+std::int32_t AudioEngine::AddInputFile(const std::string& path) {
+  return AddInput([path] { return MakeFileFeed(path); });
+}
+
+std::unique_ptr<RecordingFeed> AudioEngine::MakeFeed(std::int32_t number, std::string& errorText) const {
+  if (number > kAddedNumbers) {
+    const auto index = static_cast<std::size_t>(number - kAddedNumbers - 1);
+    if (index < m_addedInputs.size()) return m_addedInputs[index]();
+    errorText = "there is no input number " + std::to_string(number);
+    return nullptr;
+  }
+  std::unique_ptr<Input> input;
+  if (m_hardware.makeInput) input = m_hardware.makeInput(std::max(0, number), errorText);
+  if (input) return MakeLiveFeed(std::move(input));
+  if (errorText.empty()) errorText = "there is no sound device";
+  return nullptr;
 }
 
 void AudioEngine::Initialise() {
@@ -106,8 +143,17 @@ bool AudioEngine::Pump() {
   bool any = false;
   // A listener may add a device: indices stay good where iterators do not.
   for (std::size_t i = 0; i < m_pumped.size(); ++i) any = PumpDevice(*m_pumped[i]) || any;
+  any = PumpRecorders() || any;
   TraceMisses();
   m_pumping = false;
+  return any;
+}
+
+// A listener may make a recorder, or let one go.
+bool AudioEngine::PumpRecorders() {
+  bool any = false;
+  for (std::size_t i = 0; i < m_recorders.size(); ++i)
+    if (const auto recorder = m_recorders[i].lock()) any = recorder->Pump() || any;
   return any;
 }
 

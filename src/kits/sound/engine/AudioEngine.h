@@ -10,8 +10,11 @@
 namespace qm {
 
 class Device;
+class EngineRecorder;
+class Input;
 class Mixer;
 class ReaderPool;
+class RecordingFeed;
 
 // How the engine gets at the machine's own sound devices.
 struct SoundHardware {
@@ -20,6 +23,8 @@ struct SoundHardware {
   // there is no such output.
   std::function<std::unique_ptr<Device>(std::int32_t number, double advanceSeconds, std::string& errorText)>
       makeOutput;
+  // The same for the inputs.
+  std::function<std::unique_ptr<Input>(std::int32_t number, std::string& errorText)> makeInput;
 };
 
 // The sound devices of this machine through the sound server.
@@ -36,6 +41,7 @@ class AudioEngine : public SoundSystem, public std::enable_shared_from_this<Audi
   std::vector<SoundDevice> Outputs() const override;
   std::vector<SoundDevice> Inputs() const override;
   std::unique_ptr<ctlVellanPlayer> CreatePlayer() override;
+  std::shared_ptr<RecordingControl> CreateRecorder() override;
   bool Pump() override;
   int WaitDescriptor() const override;
   StreamingSettings Streaming() const override { return m_streaming; }
@@ -44,6 +50,12 @@ class AudioEngine : public SoundSystem, public std::enable_shared_from_this<Audi
   // Adds an output of the host's own (a clock without sound, a file). Returns the device number that settings
   // use for it, from 101 on. The engine owns it.
   std::int32_t AddOutput(std::unique_ptr<Device> device);
+
+  // Adds an input of the host's own, made anew for each recording: an audio file that is read as fast as Pump
+  // is called, or anything that gives sound. Returns the device number of recorders for it, from 101 on.
+  using FeedMaker = std::function<std::unique_ptr<RecordingFeed>()>;
+  std::int32_t AddInput(FeedMaker maker);
+  std::int32_t AddInputFile(const std::string& path);
 
   // Starts what is slow to start. Idempotent.
   void Initialise();
@@ -67,6 +79,9 @@ class AudioEngine : public SoundSystem, public std::enable_shared_from_this<Audi
   // For the controls.
   Device* FindDevice(std::int32_t type, std::int32_t number, std::string& errorText);
   ReaderPool& Readers();
+  std::unique_ptr<RecordingFeed> MakeFeed(std::int32_t number, std::string& errorText) const;
+  // Makes WaitDescriptor readable; any thread, for as long as the engine lives.
+  std::function<void()> PendingHook() const;
   std::uint64_t NextSerial() { return ++m_serial; }
 
  private:
@@ -74,6 +89,7 @@ class AudioEngine : public SoundSystem, public std::enable_shared_from_this<Audi
   void Take(Device& device);
   Device* FindHardware(std::int32_t number, std::string& errorText);
   bool PumpDevice(Device& device);
+  bool PumpRecorders();
   Mixer* CurrentMixer() const;
   void TraceMisses();
 
@@ -89,7 +105,9 @@ class AudioEngine : public SoundSystem, public std::enable_shared_from_this<Audi
   std::vector<Output> m_hardwareOutputs;                // opened so far
   std::vector<std::unique_ptr<Device>> m_addedOutputs;  // in the order of their numbers
   std::vector<Device*> m_pumped;                        // all of both
-  Device* m_current = nullptr;                          // delivered last
+  std::vector<FeedMaker> m_addedInputs;                 // in the order of their numbers
+  std::vector<std::weak_ptr<EngineRecorder>> m_recorders;
+  Device* m_current = nullptr;  // delivered last
   bool m_pumping = false;
   Misses m_traced;
   std::uint64_t m_serial = 0;

@@ -1,4 +1,4 @@
-#include "kits/sound/devices/RtAudioOutput.h"
+#include "kits/sound/devices/RtAudioStream.h"
 
 #include <pthread.h>
 
@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "kits/sound/devices/PullGate.h"
+#include "kits/sound/devices/PushGate.h"
 #include "kits/sound/devices/RtAudioAccess.h"
 #include "kits/sound/devices/RunWithin.h"
 #include "kits/sound/devices/ThreadPriority.h"
@@ -30,12 +31,14 @@ std::string PlainText(const std::string& text) {
 
 }  // namespace
 
-struct RtAudioOutput::Stream {
+struct RtAudioStream::State {
+  const enStreamDirection direction;
+  enSoundServer server;
   std::unique_ptr<RtAudio> audio;
-  enSoundServer server = essAny;
   OutputShape shape;
   std::string error;  // of the control thread
-  PullGate gate;
+  PullGate pull;      // for an output
+  PushGate push;      // for an input
   std::atomic<bool> failed{false};
   char failure[160] = "";  // written once, before `failed`
   std::atomic<bool> calledBack{false};
@@ -44,10 +47,18 @@ struct RtAudioOutput::Stream {
 
   // The library's error callback does not say whose error it tells. Static storage: nothing is allocated on a
   // callback's first use of it.
-  static thread_local Stream* t_current __attribute__((tls_model("initial-exec")));
+  static thread_local State* t_current __attribute__((tls_model("initial-exec")));
 
-  static int Fill(void* output, void*, unsigned frames, double, RtAudioStreamStatus, void* user);
+  State(enStreamDirection givenDirection, enSoundServer givenServer)
+      : direction(givenDirection), server(givenServer) {}
+  static int Move(void* output, void* input, unsigned frames, double, RtAudioStreamStatus status, void* user);
   static void OnError(RtAudioError::Type type, const std::string& text);
+  std::int32_t ChannelsOf(const ServerDevice& device) const {
+    return direction == esdOutput ? device.outputChannels : device.inputChannels;
+  }
+  bool IsDefault(const ServerDevice& device) const {
+    return direction == esdOutput ? device.defaultOutput : device.defaultInput;
+  }
   bool Open(const std::string& deviceName, const OutputShape& wanted, enOutputMatch match,
             const std::string& shownName);
   bool OpenDevice(const ServerDevice& device, const OutputShape& wanted, enOutputMatch match);
@@ -57,33 +68,37 @@ struct RtAudioOutput::Stream {
   void RaisePriority();
 };
 
-thread_local RtAudioOutput::Stream* RtAudioOutput::Stream::t_current = nullptr;
+thread_local RtAudioStream::State* RtAudioStream::State::t_current = nullptr;
 
-int RtAudioOutput::Stream::Fill(void* output, void*, unsigned frames, double, RtAudioStreamStatus,
-                                void* user) {
-  Stream& stream = *static_cast<Stream*>(user);
+int RtAudioStream::State::Move(void* output, void* input, unsigned frames, double, RtAudioStreamStatus status,
+                               void* user) {
+  State& stream = *static_cast<State*>(user);
   if (!stream.calledBack.load(std::memory_order_relaxed)) {
     t_current = &stream;
     stream.callbackThread = pthread_self();
     stream.calledBack.store(true, std::memory_order_release);
   }
-  stream.gate.Pull(static_cast<float*>(output), frames, stream.shape.format.channels);
+  if (stream.direction == esdOutput)
+    stream.pull.Pull(static_cast<float*>(output), frames, stream.shape.format.channels);
+  else
+    stream.push.Push(static_cast<const float*>(input), frames,
+                     status & RTAUDIO_INPUT_OVERFLOW ? eigOverflow : eigNone);
   // Without this, a lost PulseAudio would be called in a tight loop.
   return stream.failed.load(std::memory_order_relaxed) ? 1 : 0;
 }
 
-void RtAudioOutput::Stream::OnError(RtAudioError::Type, const std::string& text) {
+void RtAudioStream::State::OnError(RtAudioError::Type, const std::string& text) {
   if (t_current) t_current->Fail(text.c_str());
 }
 
-void RtAudioOutput::Stream::Fail(const char* text) noexcept {
+void RtAudioStream::State::Fail(const char* text) noexcept {
   if (failed.load(std::memory_order_relaxed)) return;
   std::strncpy(failure, text, sizeof failure - 1);
   failed.store(true, std::memory_order_release);
 }
 
-bool RtAudioOutput::Stream::Open(const std::string& deviceName, const OutputShape& wanted,
-                                 enOutputMatch match, const std::string& shownName) {
+bool RtAudioStream::State::Open(const std::string& deviceName, const OutputShape& wanted, enOutputMatch match,
+                                const std::string& shownName) {
   const RtAudioAccess access;
   error = shownName + ": the sound server does not answer";
   if (!access) return false;
@@ -92,8 +107,8 @@ bool RtAudioOutput::Stream::Open(const std::string& deviceName, const OutputShap
     for (enSoundServer candidate : RunningServers(server)) {
       audio = MakeRtAudio(candidate);
       for (const ServerDevice& device : DevicesOf(*audio)) {
-        if (device.outputChannels < 1) continue;
-        if (deviceName.empty() ? !device.defaultOutput : device.name != deviceName) continue;
+        if (ChannelsOf(device) < 1) continue;
+        if (deviceName.empty() ? !IsDefault(device) : device.name != deviceName) continue;
         server = candidate;
         return OpenDevice(device, wanted, match);
       }
@@ -104,12 +119,12 @@ bool RtAudioOutput::Stream::Open(const std::string& deviceName, const OutputShap
   return false;
 }
 
-bool RtAudioOutput::Stream::OpenDevice(const ServerDevice& device, const OutputShape& wanted,
-                                       enOutputMatch match) {
+bool RtAudioStream::State::OpenDevice(const ServerDevice& device, const OutputShape& wanted,
+                                      enOutputMatch match) {
   shape = wanted;
   if (match == eomNearest) {
     if (device.sampleRate > 0) shape.format.sampleRate = device.sampleRate;
-    shape.format.channels = std::min(wanted.format.channels, device.outputChannels);
+    shape.format.channels = std::min(wanted.format.channels, ChannelsOf(device));
   }
   RtAudio::StreamParameters parameters;
   parameters.deviceId = device.index;
@@ -118,13 +133,15 @@ bool RtAudioOutput::Stream::OpenDevice(const ServerDevice& device, const OutputS
   options.numberOfBuffers = kDeviceBuffers;
   options.streamName = kClientName;
   unsigned frames = static_cast<unsigned>(wanted.periodFrames);
-  audio->openStream(&parameters, nullptr, RTAUDIO_FLOAT32, static_cast<unsigned>(shape.format.sampleRate),
-                    &frames, &Stream::Fill, this, &options, &Stream::OnError);
+  audio->openStream(direction == esdOutput ? &parameters : nullptr,
+                    direction == esdInput ? &parameters : nullptr, RTAUDIO_FLOAT32,
+                    static_cast<unsigned>(shape.format.sampleRate), &frames, &State::Move, this, &options,
+                    &State::OnError);
   shape.periodFrames = frames;
   return true;
 }
 
-bool RtAudioOutput::Stream::Start() {
+bool RtAudioStream::State::Start() {
   t_current = this;
   audio->startStream();
   t_current = nullptr;
@@ -132,7 +149,7 @@ bool RtAudioOutput::Stream::Start() {
 }
 
 // A lost JACK closes the stream on a thread of the library's own, which must not be met there.
-void RtAudioOutput::Stream::End() {
+void RtAudioStream::State::End() {
   const bool lost = failed || !audio->isStreamRunning();
   if (lost && server == essJACK) {
     for (int tries = 0; tries < 500 && audio->isStreamOpen(); ++tries) std::this_thread::sleep_for(10ms);
@@ -147,26 +164,26 @@ void RtAudioOutput::Stream::End() {
 }
 
 // JACK has seen to that itself.
-void RtAudioOutput::Stream::RaisePriority() {
+void RtAudioStream::State::RaisePriority() {
   if (raised || server == essJACK || !calledBack.load(std::memory_order_acquire)) return;
   raised = true;
   qm::RaisePriority(callbackThread, etpCallback);
 }
 
-RtAudioOutput::RtAudioOutput(enSoundServer server, std::string deviceName)
-    : m_server(server),
+RtAudioStream::RtAudioStream(enStreamDirection direction, enSoundServer server, std::string deviceName)
+    : m_direction(direction),
+      m_server(server),
       m_deviceName(std::move(deviceName)),
       m_name(m_deviceName.empty() ? "default" : m_deviceName) {}
 
-RtAudioOutput::~RtAudioOutput() {
+RtAudioStream::~RtAudioStream() {
   Close(eocHearOut);
 }
 
-bool RtAudioOutput::Open(const OutputShape& wanted, enOutputMatch match, std::string& errorText) {
+bool RtAudioStream::Open(const OutputShape& wanted, enOutputMatch match, std::string& errorText) {
   Close(eocDrop);
-  auto stream = std::make_shared<Stream>();
+  auto stream = std::make_shared<State>(m_direction, m_server);
   auto opened = std::make_shared<std::atomic<bool>>(false);
-  stream->server = m_server;
   const bool ended = RunWithin(
       5s, [=, device = m_deviceName, name = m_name] { *opened = stream->Open(device, wanted, match, name); });
   if (!ended || !*opened) {
@@ -178,11 +195,20 @@ bool RtAudioOutput::Open(const OutputShape& wanted, enOutputMatch match, std::st
   return true;
 }
 
-bool RtAudioOutput::Start(FrameSource& source, std::string& errorText) {
+bool RtAudioStream::Start(FrameSource& source, std::string& errorText) {
+  if (m_stream) m_stream->pull.Open(source);
+  return Begin(errorText);
+}
+
+bool RtAudioStream::Start(FrameTaker& taker, std::string& errorText) {
+  if (m_stream) m_stream->push.Open(taker);
+  return Begin(errorText);
+}
+
+bool RtAudioStream::Begin(std::string& errorText) {
   if (!m_stream) return false;
   auto stream = m_stream;
   auto started = std::make_shared<std::atomic<bool>>(false);
-  stream->gate.Open(source);
   if (RunWithin(5s, [=] { *started = stream->Start(); }) && *started) return true;
   errorText =
       m_name + ": " + (stream->failed ? PlainText(stream->failure) : "the sound server does not answer");
@@ -190,22 +216,23 @@ bool RtAudioOutput::Start(FrameSource& source, std::string& errorText) {
   return false;
 }
 
-void RtAudioOutput::Close(enOutputClose how) {
+void RtAudioStream::Close(enOutputClose how) {
   if (!m_stream) return;
-  m_stream->gate.Shut();
+  m_stream->pull.Shut();
+  m_stream->push.Shut();
   const bool heardOut = how == eocHearOut && Alive();
   auto stream = std::move(m_stream);
   RunWithin(heardOut ? 3000ms : 200ms, [stream] { stream->End(); });
 }
 
-bool RtAudioOutput::Alive() {
+bool RtAudioStream::Alive() {
   if (!m_stream || m_stream->failed.load(std::memory_order_acquire) || !m_stream->audio->isStreamRunning())
     return false;
   m_stream->RaisePriority();
   return true;
 }
 
-std::string RtAudioOutput::FaultText() const {
+std::string RtAudioStream::FaultText() const {
   if (!m_stream) return {};
   if (m_stream->failed.load(std::memory_order_acquire)) return m_name + ": " + PlainText(m_stream->failure);
   return m_stream->audio->isStreamRunning() ? std::string() : m_name + ": the sound device has gone";
