@@ -2,6 +2,7 @@
 #include <filesystem>
 
 #include "audio/AudioFileService.h"
+#include "audio/WriteFormat.h"
 #include "kits/common/Files.h"
 #include "kits/common/MessageBox.h"
 #include "kits/common/Process.h"
@@ -32,46 +33,6 @@ std::string DeleteProblem(const std::string& path) {
   if ((status.permissions() & fs::perms::owner_write) == fs::perms::none) return "the file is read-only";
   fs::remove(NativePath(path), error);
   return error ? error.message() : std::string();
-}
-
-// The format of the recording, by way of an empty file that has it.
-bool UseTemplate(cAudioFile& file, const cAudioFormat& format) {
-  const std::string name = TemporaryFileName("WAV");
-  if (!CreateAudioFile(name, format.SampleRate(), format.Channels(), format.WAVFormatTag())) return false;
-  const bool used = file.SetTemplateWAV(name) == afeNone;
-  DeleteFile(name);
-  return used;
-}
-
-void UseMP3(cAudioFile& file, const cAudioFormat& format) {
-  tyMP3Settings settings;
-  settings.SampleRate = format.SampleRate();
-  settings.BitRate = format.BitRate();
-  settings.Channels = format.Channels();
-  file.SetMP3Settings(settings);
-}
-
-// Tells the file object the format; the creation mode, 0 when the format cannot be written.
-std::int32_t UseFormat(cAudioFile& file, const cAudioFormat& format) {
-  switch (format.FormatType()) {
-    case aftWAV:
-      if (!UseTemplate(file, format)) return 0;
-      break;
-    case aftMP3:
-      UseMP3(file, format);
-      break;
-    case aftOgg:
-      file.SetOggSettings(format.SampleRate(), format.Channels(), format.BitRate(), 0, 0, true);
-      break;
-    case aftWMA:
-      file.SetWMAProfile(format.WMAProfile());
-      break;
-    case aftMP2:
-      file.SetMP2Settings(format.SampleRate(), format.BitRate(), format.Channels());
-      break;
-  }
-  const AudioFileTypeRow* type = FindAudioFileType(format.FormatType());
-  return type == nullptr ? 0 : type->creationMode;
 }
 
 bool Open(const std::string& path, const cAudioFormat* format, bool silent, const Platform& platform) {

@@ -102,6 +102,11 @@ std::int32_t cAudioFile::Close() {
   return s.Guarded([&] { return s.writeError ? s.writeError : writer->Finish(); });
 }
 
+void cAudioFile::Abandon() {
+  m_state->reader.reset();
+  m_state->writer.reset();
+}
+
 bool cAudioFile::IsOpen() const {
   return m_state->reader || m_state->writer;
 }

@@ -62,6 +62,9 @@ class cAudioFile {
   // Finishes a file being written (0, or an error number with the old file left in place); safe at any time.
   std::int32_t Close();
 
+  // Closes; a file being written is given up, and what was at its path stays.
+  void Abandon();
+
   bool IsOpen() const;
 
   // Up to count frames from where reading stands; an empty result means the end or, with LastError() not 0,

@@ -1,0 +1,54 @@
+#pragma once
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+
+#include "audio/CopyErrors.h"
+
+namespace qm {
+
+class VellanCompress;
+class cAudioFile;
+class cAudioFormat;
+
+// The file that a copy writes. It grows beside its path and takes its place at Finish; abandoned or failed it
+// leaves what was there.
+class CopyDestination {
+ public:
+  CopyDestination();
+  ~CopyDestination();  // abandons
+  CopyDestination(const CopyDestination&) = delete;
+  CopyDestination& operator=(const CopyDestination&) = delete;
+
+  enCopyError Open(const std::string& path, const cAudioFormat& format);
+  bool IsOpen() const { return m_writer || m_compressor; }
+  // Whole frames of Channels() samples; false when the system or the encoder refuses.
+  bool Write(std::span<const float> block);
+  // Closes; false when the file could not be written to its end.
+  bool Finish();
+  void Abandon();
+
+  // As the file really has them.
+  std::int32_t SampleRate() const { return m_sampleRate; }
+  std::int32_t Channels() const { return m_channels; }
+  // The loudest sample that the file stores unclipped, full scale 1.
+  double Ceiling() const { return m_ceiling; }
+  float Duration() const;                                   // seconds written, also after it was closed
+  const std::string& Problem() const { return m_problem; }  // of the last failure, one line
+
+ private:
+  enCopyError OpenWriter(const std::string& path, const cAudioFormat& format);
+  enCopyError OpenCompressor(const std::string& path, const cAudioFormat& format);
+  void TakeFormat(const cAudioFormat& format);
+
+  // At most one is there.
+  std::unique_ptr<cAudioFile> m_writer;
+  std::unique_ptr<VellanCompress> m_compressor;
+  std::int32_t m_sampleRate = 0, m_channels = 0;
+  std::int64_t m_frames = 0;
+  double m_ceiling = 1;
+  std::string m_problem;
+};
+
+}  // namespace qm
