@@ -32,6 +32,8 @@ constexpr Encoding kEncodings[] = {
     {ecmMP2, aftMP2, "MP2", "libtwolame", "mp2", 0, 0},
     {ecmOgg, aftOgg, "Ogg", "libvorbis", "ogg", 0, 0},
     {ecmWMA, aftWMA, "WMA", "wmav2", "asf", 1, 1},
+    {ecwLayer2, aftWAV, "MP2 in WAV", "libtwolame", "wav", 0, 0},
+    {ecwLayer3, aftWAV, "MP3 in WAV", "libmp3lame", "wav", 0, 0},
 };
 
 // The encoder's quality step (0 best) whose usual bit rate comes nearest from above.
