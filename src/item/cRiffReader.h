@@ -37,8 +37,7 @@ class cRiffReader {
   // The same of a file that is open already.
   bool LoadFromSource(const RiffSource& file, bool ReadLIST, bool ReadID3);
 
-  // Indices from 1; any other gives empty fields. In the order of the file; at most 4096 chunks, and as many
-  // tags of each.
+  // Indices from 1; any other gives empty fields. In the order of the file; at most 4096 of each.
   std::int16_t NumberRIFFChunks() const { return static_cast<std::int16_t>(m_chunks.size()); }
   tyRIFFChunk RIFFChunk(std::int32_t index) const;
   std::int32_t NumberRIFFChunkTags() const { return static_cast<std::int32_t>(m_tags.size()); }
