@@ -63,7 +63,9 @@ std::string cAudioFormat::FormatDescription() const {
   if (m_channels != 0) AppendWord(text, ChannelsText(m_channels));
   if (m_bitsPerSample != 0) AppendWord(text, NumberText(m_bitsPerSample) + "-bit");
   if (m_wavFormatTag == wftFloat) AppendWord(text, "float");
-  if (m_bitRate != 0) AppendWord(text, NumberText((m_bitRate + 500) / 1000) + " kbit/s");
+  // No audio has less than a kilobit a second: such a figure is in kilobits already.
+  if (m_bitRate != 0)
+    AppendWord(text, NumberText(m_bitRate < 1000 ? m_bitRate : (m_bitRate + 500) / 1000) + " kbit/s");
   return text;
 }
 

@@ -35,7 +35,8 @@ class cAudioFormat {
   void SetChannels(std::int32_t channels) { m_channels = channels; }
   std::int32_t BitsPerSample() const { return m_bitsPerSample; }  // of WAV; 0 for the compressed types
   void SetBitsPerSample(std::int32_t bits) { m_bitsPerSample = bits; }
-  std::int32_t BitRate() const { return m_bitRate; }  // bits per second of the compressed types, 0 for WAV
+  // Bits per second of the compressed types, 0 for WAV. An item loaded from a WMA file has kilobits here.
+  std::int32_t BitRate() const { return m_bitRate; }
   void SetBitRate(std::int32_t bitsPerSecond) { m_bitRate = bitsPerSecond; }
   std::int32_t WAVFormatTag() const { return m_wavFormatTag; }
   void SetWAVFormatTag(std::int32_t tag) { m_wavFormatTag = tag; }

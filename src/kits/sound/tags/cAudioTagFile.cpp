@@ -1,5 +1,6 @@
 #include "kits/sound/tags/cAudioTagFile.h"
 
+#include "kits/common/Text.h"
 #include "kits/sound/AudioFileBytes.h"
 #include "kits/sound/AudioFileReader.h"
 #include "kits/sound/AudioFileTarget.h"
@@ -17,6 +18,15 @@ std::int64_t FramesIn(const std::string& path) {
 }
 
 }  // namespace
+
+bool EndsInId3v1Tag(const std::string& path) {
+  constexpr std::int64_t kTagBytes = 128;
+  AudioFileBytes bytes;
+  char start[3] = {};
+  return !bytes.Open(path) && bytes.Size() > kTagBytes &&
+         bytes.ReadAt(bytes.Size() - kTagBytes, start, sizeof start) == sizeof start &&
+         EqualIgnoringCase({start, sizeof start}, "TAG");
+}
 
 bool cAudioTagFile::Open(const std::string& path) try {
   // The library of tags guesses lengths from the first bit rate, which is wrong by half for some files.

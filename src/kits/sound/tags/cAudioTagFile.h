@@ -15,6 +15,9 @@ enum enTagMode : std::int32_t {
   etmID3v2 = 2,    // an ID3v2 tag
 };
 
+// The last 128 bytes of a file begin with "TAG", ignoring case.
+bool EndsInId3v1Tag(const std::string& path);
+
 // The tags of an MP3, MP2 or Ogg Vorbis file, with its format. A file of another kind whose audio can be read
 // has no tags, and takes none.
 //
