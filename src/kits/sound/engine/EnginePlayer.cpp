@@ -79,6 +79,8 @@ std::int32_t EnginePlayer::Open(const std::string& FileName) {
   m_voice->SetVolume(static_cast<double>(m_volume));
   mixer.Attach(m_voice);
   if (!device->Offline()) m_engine->Readers().Add(m_reader);
+  if (m_engine->StreamDebugMode() > 0 && m_engine->onTrace)
+    m_engine->onTrace("Audio Engine opened '" + FileName + "' on " + device->Name());
   events.Opened();
   return 0;
 }
