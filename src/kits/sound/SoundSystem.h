@@ -66,6 +66,13 @@ class SoundSystem : public SoundDeviceList {
   // Where a missed deadline is told, one line, on the host thread from within Pump. The first player sets it
   // to the library's diagnostics unless the host has set its own.
   std::function<void(const std::string& line)> onTrace;
+
+  // Above 0, each file that a player opens is told there as well.
+  void SetStreamDebugMode(std::int32_t mode) { m_streamDebugMode = mode; }
+  std::int32_t StreamDebugMode() const { return m_streamDebugMode; }
+
+ private:
+  std::int32_t m_streamDebugMode = 0;
 };
 
 }  // namespace qm
