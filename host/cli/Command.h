@@ -25,5 +25,6 @@ void AddJson(CLI::App& command, enPrinting& printing, const std::string& help = 
 Command AddPlayCommand(CLI::App& program);
 Command AddDevicesCommand(CLI::App& program);
 Command AddInfoCommand(CLI::App& program);
+Command AddCopyCommand(CLI::App& program);
 
 }  // namespace qm::cli

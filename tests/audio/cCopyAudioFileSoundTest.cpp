@@ -1,0 +1,225 @@
+#include <gmock/gmock.h>
+
+#include <numbers>
+
+#include "CopyFixture.h"
+
+// What a copy does to the sound itself.
+namespace qm::test {
+namespace {
+
+using cCopyAudioFileSoundTest = CopyFixture;
+
+// Frames of any bytes in a WAV file of a format.
+std::string WavOf(std::uint32_t tag, std::uint32_t bits, const std::string& data,
+                  std::uint32_t validBits = 0) {
+  const std::uint32_t align = 2 * bits / 8;
+  std::string format = LittleEndian(validBits ? 0xFFFE : tag, 2) + LittleEndian(2, 2) +
+                       LittleEndian(48000, 4) + LittleEndian(48000 * align, 4) + LittleEndian(align, 2) +
+                       LittleEndian(bits, 2);
+  if (validBits)
+    format += LittleEndian(22, 2) + LittleEndian(validBits, 2) + LittleEndian(3, 4) + LittleEndian(tag, 2) +
+              std::string("\0\0\0\0\x10\0\x80\0\0\xAA\0\x38\x9B\x71", 14);
+  return Chunk("RIFF", "WAVE" + Chunk("fmt ", format) + Chunk("data", data));
+}
+
+std::string DataOf(const std::string& path) {
+  const std::string bytes = ReadBytes(path);
+  const std::size_t data = bytes.find("data");
+  return data == bytes.npos ? "" : bytes.substr(data + 8);
+}
+
+TEST_F(cCopyAudioFileSoundTest, TheSameFormatKeepsEveryBit) {
+  std::string noise;
+  for (std::int16_t value : Noise16(48000 * 12)) noise += static_cast<char>(value >> 5);
+  std::string floats;
+  for (float value : Sine(48000, 48000, 2, 440, 3))
+    floats += LittleEndian(std::bit_cast<std::uint32_t>(value), 4);
+  std::string doubles;
+  for (float value : Sine(48000, 48000, 2, 440, 3))
+    doubles += LittleEndian(std::bit_cast<std::uint64_t>(value * 1.0000001), 8);
+  const std::tuple<std::uint32_t, std::uint32_t, std::string> rows[] = {
+      {1, 8, noise}, {1, 16, noise}, {1, 24, noise}, {1, 32, noise}, {3, 32, floats}, {3, 64, doubles}};
+  const std::string source = m_temp.File("a.wav");
+  for (const auto& [tag, bits, data] : rows) {
+    WriteBytes(source, WavOf(tag, bits, data));
+    ASSERT_EQ(m_copier.CopyAudioFile(source, m_out, nullptr), 0) << bits;
+    EXPECT_TRUE(DataOf(m_out) == data) << tag << " " << bits;
+  }
+}
+
+TEST_F(cCopyAudioFileSoundTest, TwentyFourBitsInThirtyTwoStayTwentyFour) {
+  std::string wide, narrow;
+  for (std::int16_t value : Noise16(48000)) {
+    const std::string bits = LittleEndian(static_cast<std::uint32_t>(value * 77), 3);
+    wide += '\0' + bits;
+    narrow += bits;
+  }
+  WriteBytes(m_temp.File("a.wav"), WavOf(1, 32, wide, 24));
+  ASSERT_EQ(m_copier.CopyAudioFile(m_temp.File("a.wav"), m_out, nullptr), 0);
+  EXPECT_TRUE(DataOf(m_out) == narrow);
+}
+
+TEST_F(cCopyAudioFileSoundTest, WhatIsNoAudioDoesNoHarm) {
+  std::vector<float> samples(9000, 0.25f);
+  samples[100] = std::numeric_limits<float>::quiet_NaN();
+  samples[200] = std::numeric_limits<float>::infinity();
+  samples[300] = -std::numeric_limits<float>::infinity();
+  samples[400] = 3e38f;
+  std::string data;
+  for (float value : samples) data += LittleEndian(std::bit_cast<std::uint32_t>(value), 4);
+  WriteBytes(m_temp.File("a.wav"), WavOf(3, 32, data));
+  const auto into = [&](std::int32_t rate, std::int32_t channels) {
+    EXPECT_EQ(m_copier.CopyAudioFile(m_temp.File("a.wav"), m_out, WavFormat(rate, channels, wftFloat)), 0);
+    return DecodeFile(m_out).samples;
+  };
+  auto expected = samples;
+  expected[100] = 0;
+  expected[200] = 1;
+  expected[300] = -1;
+  EXPECT_EQ(into(48000, 2), expected);
+  const auto resampled = into(44100, 1);
+  ASSERT_EQ(resampled.size(), 4134u);
+  for (float value : resampled) ASSERT_TRUE(std::isfinite(value) && std::fabs(value) < 100000) << value;
+  EXPECT_NEAR(resampled[3000], 0.25, 1e-3);
+  m_copier.SetNormalise(true);
+  EXPECT_EQ(PeakOf(into(48000, 2)), 1);
+}
+
+TEST_F(cCopyAudioFileSoundTest, ChannelsAreSpreadAndAveraged) {
+  const std::vector<float> five = {0.25f, 0.5f, 0.125f, 1, -0.5f, 0.75f};
+  const double all = 1 + std::numbers::sqrt2;
+  const std::tuple<std::vector<float>, std::int32_t, std::vector<float>> rows[] = {
+      {{0.5f}, 2, {0.5f, 0.5f}},
+      {{0.5f, -0.25f}, 1, {0.125f}},
+      {five,
+       2,
+       {static_cast<float>((0.25 + (0.125 - 0.5) / std::numbers::sqrt2) / all),
+        static_cast<float>((0.5 + (0.125 + 0.75) / std::numbers::sqrt2) / all)}},
+  };
+  for (const auto& [frame, channels, expected] : rows) {
+    WriteFloat("a.wav", frame, 8000, static_cast<std::int32_t>(frame.size()));
+    ASSERT_EQ(m_copier.CopyAudioFile(m_temp.File("a.wav"), m_out, WavFormat(8000, channels, wftFloat)), 0);
+    EXPECT_THAT(DecodeFile(m_out).samples, testing::Pointwise(testing::FloatNear(1e-6f), expected));
+  }
+}
+
+TEST_F(cCopyAudioFileSoundTest, NormalisingReachesThePercentageAndNeverClips) {
+  const auto quiet = Noise16(3 * 8000, 0.1);
+  const std::string source = Write16("a.wav", quiet);
+  std::int32_t peak = 0;
+  for (std::int16_t value : quiet) peak = std::max(peak, std::abs(static_cast<std::int32_t>(value)));
+  m_copier.SetNormalise(true);
+  for (const float percent : {0.5f, 50.0f, 100.0f, 500.0f}) {
+    m_copier.SetNormalisePercentage(percent);
+    ASSERT_EQ(m_copier.CopyAudioFile(source, m_out, nullptr), 0);
+    const double gain = std::min(percent / 100 * 32768.0, percent > 100 ? 1e9 : 32767.0) / peak;
+    const auto written = Read16(m_out);
+    ASSERT_EQ(written.size(), quiet.size());
+    for (std::size_t i = 0; i < quiet.size(); ++i)
+      ASSERT_NEAR(written[i], std::clamp(quiet[i] * gain, -32768.0, 32767.0), 0.51) << percent << " " << i;
+  }
+  // What stands at full scale already is left alone.
+  m_copier.SetNormalisePercentage(100);
+  ASSERT_EQ(m_copier.CopyAudioFile(source, m_out, nullptr), 0);
+  const std::string once = DataOf(m_out);
+  ASSERT_EQ(m_copier.CopyAudioFile(m_out, m_out, nullptr), 0);
+  EXPECT_TRUE(DataOf(m_out) == once);
+
+  const std::vector<std::int16_t> silence(20000);
+  ASSERT_EQ(m_copier.CopyAudioFile(Write16("b.wav", silence), m_out, WavFormat(8000, 1)), 0);
+  EXPECT_EQ(Read16(m_out), silence);
+}
+
+// A full-scale tone whose crests lie between the samples at the old rate, and on them at the new one.
+TEST_F(cCopyAudioFileSoundTest, NormalisingMeasuresWhatIsWritten) {
+  std::vector<float> tone(48000);
+  for (std::size_t i = 0; i < tone.size(); ++i)
+    tone[i] = static_cast<float>(0.5 * std::sin(std::numbers::pi * (0.5 * static_cast<double>(i) + 0.25)));
+  m_copier.SetNormalise(true);
+  const std::string source = WriteFloat("a.wav", tone, 48000);
+  ASSERT_EQ(m_copier.CopyAudioFile(source, m_out, WavFormat(96000, 1, wftFloat)), 0);
+  EXPECT_NEAR(PeakOf(DecodeFile(m_out).samples), 1, 1e-6);
+}
+
+// Decibels of a signal from which its own tone has been taken away, by the full scale.
+double ResidueOf(const std::vector<float>& samples, double rate, double hertz) {
+  const std::size_t edge = 2000, frames = samples.size() - 2 * edge;
+  double sine = 0, cosine = 0, left = 0;
+  // The Hann window keeps what lies off the grid of the analysis apart from the tone.
+  const auto window = [&](std::size_t i) {
+    return 1 - std::cos(2 * std::numbers::pi * static_cast<double>(i) / static_cast<double>(frames));
+  };
+  const auto phase = [&](std::size_t i) {
+    return 2 * std::numbers::pi * hertz * static_cast<double>(i + edge) / rate;
+  };
+  for (std::size_t i = 0; i < frames; ++i) {
+    sine += window(i) * samples[i + edge] * std::sin(phase(i)) * 2 / static_cast<double>(frames);
+    cosine += window(i) * samples[i + edge] * std::cos(phase(i)) * 2 / static_cast<double>(frames);
+  }
+  for (std::size_t i = 0; i < frames; ++i) {
+    const double rest = samples[i + edge] - sine * std::sin(phase(i)) - cosine * std::cos(phase(i));
+    left += rest * rest;
+  }
+  return 10 * std::log10(2 * left / static_cast<double>(frames) + 1e-30);
+}
+
+TEST_F(cCopyAudioFileSoundTest, ResamplingLeavesNoiseAndAliasBelowHearing) {
+  struct Row {
+    std::int32_t from, to, tag;
+    double hertz, expected;
+    bool passes;
+  };
+  const Row rows[] = {
+      {44100, 48000, wftFloat, 997, -120, true},    {44100, 48000, wftFloat, 19997, -120, true},
+      {48000, 44100, wftFloat, 19000, -120, true},  {96000, 44100, wftFloat, 40000, -120, false},
+      {48000, 44100, wftFloat, 23000, -120, false}, {44100, 8000, wftFloat, 6000, -120, false},
+      {11025, 96000, wftFloat, 4999, -120, true},   {44100, 48000, wftPCM, 997, -97, true},
+  };
+  for (const Row& row : rows) {
+    const std::string source = WriteFloat("a.wav", Sine(row.from, 60000, 1, row.hertz, 0.9), row.from);
+    ASSERT_EQ(m_copier.CopyAudioFile(source, m_out, WavFormat(row.to, 1, row.tag)), 0);
+    const auto samples = DecodeFile(m_out).samples;
+    ASSERT_EQ(samples.size(), static_cast<std::size_t>(std::nearbyint(60000.0 * row.to / row.from)));
+    EXPECT_LT(ResidueOf(samples, row.to, row.passes ? row.hertz : 100), row.expected)
+        << row.from << " " << row.to << " " << row.hertz;
+    if (!row.passes) continue;
+    EXPECT_NEAR(PeakOf({samples.begin() + 2000, samples.end() - 2000}), 0.9, 0.01);
+  }
+}
+
+TEST_F(cCopyAudioFileSoundTest, EveryTypeIsReadAndWritten) {
+  struct Type {
+    std::int32_t type, tag;
+    const char *name, *codec;
+    std::int64_t slack;  // frames that the type may add
+  };
+  const Type types[] = {{aftWAV, 1, "a.wav", "pcm_s16le", 0}, {aftMP3, 0, "a.mp3", "mp3", 0},
+                        {aftOgg, 0, "a.ogg", "vorbis", 0},    {aftWMA, 0, "a.wma", "wmav2", 0},
+                        {aftMP2, 0, "a.mp2", "mp2", 2304},    {aftWAV, 0x50, "b.wav", "mp2", 2304},
+                        {aftWAV, 0x55, "c.wav", "mp3", 4608}};
+  std::string source = WriteFloat("source.wav", Sine(48000, 100000, 1, 997, 0.5), 48000);
+  std::int64_t mostAdded = 0;
+  for (const Type& type : types) {
+    auto format = WavFormat(44100, 2, type.tag);
+    format->SetFormatType(type.type);
+    format->SetBitRate(192000);
+    const std::string path = m_temp.File(type.name);
+    ASSERT_EQ(m_copier.CopyAudioFile(source, path, format), 0) << type.name << m_copier.LastErrorDetail();
+    EXPECT_TRUE(
+        RunCommand("test \"$(ffprobe -v error -show_entries stream=codec_name,sample_rate,channels "
+                   "-of csv=p=0 " +
+                   Quoted(path) + ")\" = " + type.codec + ",44100,2"))
+        << type.name;
+    const Decoded decoded = DecodeFile(path);
+    mostAdded += type.slack;
+    EXPECT_GE(decoded.Frames(), 91875) << type.name;
+    EXPECT_LE(decoded.Frames(), 91875 + mostAdded) << type.name;
+    const std::vector<float> middle(decoded.samples.begin() + 40000, decoded.samples.begin() + 80000);
+    EXPECT_NEAR(PeakOf(middle), 0.5, 0.03) << type.name;
+    source = path;  // the next type is made of this one
+  }
+}
+
+}  // namespace
+}  // namespace qm::test
