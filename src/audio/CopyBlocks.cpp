@@ -1,12 +1,26 @@
 #include "audio/CopyBlocks.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "audio/CopySource.h"
+#include "audio/StoredFrames.h"
+#include "kits/common/LittleEndian.h"
 #include "kits/common/Numbers.h"
 #include "kits/sound/dsp/FrameConverter.h"
 
 namespace qm {
+namespace {
+
+void MakeFinite64(std::vector<std::uint8_t>& stored) {
+  for (std::size_t at = 0; at + sizeof(double) <= stored.size(); at += sizeof(double)) {
+    const auto value = LoadLittleEndian<double>(stored.data() + at);
+    if (std::isfinite(value)) continue;
+    StoreLittleEndian(stored.data() + at, std::isnan(value) ? 0.0 : std::copysign(1.0, value));
+  }
+}
+
+}  // namespace
 
 CopyBlocks::CopyBlocks(CopySource& source, const CopyStretch& stretch, std::int32_t destRate,
                        std::int32_t destChannels)
@@ -57,6 +71,17 @@ bool CopyBlocks::Read(std::int64_t sourceFrames) {
   std::fill(m_block.begin() + static_cast<std::ptrdiff_t>(got * channels), m_block.end(), 0.0f);
   if (m_brokenOff) m_block.resize(got * channels);
   return got > 0 || !m_brokenOff;
+}
+
+bool CopyBlocks::ReadStored(const StoredFrames& stored, std::int64_t sourceFrames) {
+  const auto frames = static_cast<std::size_t>(sourceFrames);
+  m_storedBlock.resize(frames * stored.FrameBytes());
+  const std::size_t got = stored.ReadAt(m_stretch.start + m_position, m_storedBlock.data(), frames);
+  m_position += sourceFrames;
+  m_brokenOff = got < frames;
+  m_storedBlock.resize(got * stored.FrameBytes());
+  if (stored.Coding() == SampleCoding::float64) MakeFinite64(m_storedBlock);
+  return got > 0;
 }
 
 }  // namespace qm

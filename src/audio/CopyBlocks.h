@@ -7,6 +7,7 @@
 namespace qm {
 
 class FrameConverter;
+class StoredFrames;
 struct CopySource;
 struct CopyStretch;
 
@@ -30,6 +31,10 @@ class CopyBlocks {
   // Reads the next block of so many frames of the source. False when nothing could be read.
   bool Read(std::int64_t sourceFrames);
   std::span<float> Block() { return m_block; }
+  // The next block instead as the bytes of a WAV file's frames; `stored` is the source's. In 64-bit float
+  // what is no number becomes 0, and infinite values full scale.
+  bool ReadStored(const StoredFrames& stored, std::int64_t sourceFrames);
+  std::span<const std::uint8_t> StoredBlock() const { return m_storedBlock; }
   // How many frames of the source give at least so many of the destination.
   std::int64_t SourceFramesFor(std::int64_t destFrames) const;
 
@@ -44,6 +49,7 @@ class CopyBlocks {
   std::int64_t m_position = 0, m_left = 0;  // m_left: not yet read from the file
   bool m_brokenOff = false;
   std::vector<float> m_block;
+  std::vector<std::uint8_t> m_storedBlock;
 };
 
 }  // namespace qm

@@ -4,6 +4,7 @@
 
 #include "audio/CopyDestination.h"
 #include "audio/MixTail.h"
+#include "audio/StoredFrames.h"
 #include "kits/common/Numbers.h"
 #include "kits/sound/dsp/AudioProcessor.h"
 #include "kits/sound/dsp/LevelScan.h"
@@ -92,12 +93,14 @@ enCopyError CopyCore::Copy() {
   if (!Begin()) return cerCancelled;
   if (!m_blocks.Rewind()) return cerSourceNotOpened;
   m_topFound = !m_settings.AutoTop;
+  const auto stored = OpenStored();
   while (m_blocks.More()) {
     if (!GoesOn()) return cerCancelled;
     bool tailing = false;
     const std::int64_t block = NextBlock(tailing);
-    if (block <= 0 || !m_blocks.Read(block)) break;
-    if (!Deliver(m_blocks.Block(), tailing)) return cerDestinationNotCreated;
+    if (block <= 0 || !(stored ? m_blocks.ReadStored(*stored, block) : m_blocks.Read(block))) break;
+    if (!(stored ? m_destination.WriteStored(m_blocks.StoredBlock()) : Deliver(m_blocks.Block(), tailing)))
+      return cerDestinationNotCreated;
   }
   if (!m_tail.empty()) m_retained.Prepend(std::move(m_tail));
   return EndPass();
@@ -117,6 +120,14 @@ std::int64_t CopyCore::NextBlock(bool& tailing) const {
   const std::size_t held = m_retained.Frames(static_cast<std::size_t>(m_destination.Channels()));
   if (held > 0) block = std::min(block, m_blocks.SourceFramesFor(static_cast<std::int64_t>(held)));
   return block;
+}
+
+// The source as it is stored, where nothing is to be done to it and float would lose some of it.
+std::unique_ptr<StoredFrames> CopyCore::OpenStored() const {
+  const bool untouched =
+      !m_settings.Normalise && !m_settings.AutoTop && m_stretch.mixPoint < 0 && m_retained.Samples().empty();
+  if (!untouched || !m_destination.PassesStored(m_source.Format)) return nullptr;
+  return StoredFrames::Open(m_source.Path);
 }
 
 void CopyCore::CutTop(std::span<float>& block) {

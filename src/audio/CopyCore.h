@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "audio/CopyBlocks.h"
@@ -10,6 +11,7 @@ namespace qm {
 
 class CopyDestination;
 class MixTail;
+class StoredFrames;
 
 // The copying of one stretch into an open destination: a normalising pass when one is wanted, then the copy.
 // Raises the events of the copier, whose settings it holds as they were at the beginning.
@@ -32,6 +34,7 @@ class CopyCore {
   std::int64_t Remaining() const { return m_stretch.total - m_blocks.Position(); }
   std::int64_t NextBlock(bool& tailing) const;
   void CutTop(std::span<float>& block);
+  std::unique_ptr<StoredFrames> OpenStored() const;
   bool Deliver(std::span<float> block, bool tailing);
   double GainFor(double peakPercent) const;
 

@@ -93,15 +93,30 @@ void CopyDestination::TakeFormat(const cAudioFormat& format) {
   m_ceiling = whole ? 1 - std::exp2(1.0 - format.BitsPerSample()) : 1;
 }
 
-bool CopyDestination::Write(std::span<const float> block) {
-  const std::size_t frames = block.size() / static_cast<std::size_t>(m_channels);
-  if (frames == 0) return true;
-  const std::int32_t error = m_writer       ? m_writer->WriteFrames(block.data(), frames)
-                             : m_compressor ? m_compressor->WriteFrames(block.data(), frames)
-                                            : static_cast<std::int32_t>(afeNotOpen);
-  if (error != afeNone) m_problem = m_writer ? m_writer->ErrorText() : m_compressor->ErrorText();
+bool CopyDestination::Written(std::int32_t error, std::size_t frames) {
   if (error == afeNone) m_frames += static_cast<std::int64_t>(frames);
+  if (error != afeNone) m_problem = m_writer ? m_writer->ErrorText() : m_compressor->ErrorText();
   return error == afeNone;
+}
+
+bool CopyDestination::Write(std::span<const float> block) {
+  const std::size_t frames = m_channels > 0 ? block.size() / static_cast<std::size_t>(m_channels) : 0;
+  if (frames == 0) return true;
+  if (m_writer) return Written(m_writer->WriteFrames(block.data(), frames), frames);
+  return m_compressor && Written(m_compressor->WriteFrames(block.data(), frames), frames);
+}
+
+bool CopyDestination::WriteStored(std::span<const std::uint8_t> stored) {
+  if (!m_writer) return false;
+  const std::int32_t frameBytes = m_writer->Format().BitsPerSample() / 8 * m_channels;
+  const std::size_t frames = stored.size() / static_cast<std::size_t>(frameBytes);
+  return Written(m_writer->WriteStored(stored.data(), frames), frames);
+}
+
+bool CopyDestination::PassesStored(const cAudioFormat& source) const {
+  const std::int32_t bits = source.BitsPerSample(), tag = source.WAVFormatTag();
+  return m_writer && source == m_writer->Format() &&
+         ((tag == wftPCM && bits == 32) || (tag == wftFloat && bits == 64));
 }
 
 bool CopyDestination::Finish() {

@@ -25,6 +25,11 @@ class CopyDestination {
   bool IsOpen() const { return m_writer || m_compressor; }
   // Whole frames of Channels() samples; false when the system or the encoder refuses.
   bool Write(std::span<const float> block);
+  // The same for frames as a file of the destination's format stores them.
+  bool WriteStored(std::span<const std::uint8_t> frames);
+  // Whether a source's frames can be passed on as they are stored, and must be so as to keep every bit: they
+  // are WAV samples of the destination's own format with more digits than a float.
+  bool PassesStored(const cAudioFormat& source) const;
   // Closes; false when the file could not be written to its end.
   bool Finish();
   void Abandon();
@@ -41,6 +46,7 @@ class CopyDestination {
   enCopyError OpenWriter(const std::string& path, const cAudioFormat& format);
   enCopyError OpenCompressor(const std::string& path, const cAudioFormat& format);
   void TakeFormat(const cAudioFormat& format);
+  bool Written(std::int32_t error, std::size_t frames);
 
   // At most one is there.
   std::unique_ptr<cAudioFile> m_writer;

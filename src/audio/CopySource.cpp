@@ -21,6 +21,7 @@ std::int64_t Milliseconds(float seconds) {
 }  // namespace
 
 enCopyError CopySource::Open(const std::string& path) {
+  Path = path;
   Reader.AllowCompressedOpen(true);
   if (Reader.OpenForRead(path) != afeNone) return cerSourceNotOpened;
   Format = Reader.Format();

@@ -10,6 +10,7 @@ namespace qm {
 
 // A source file while it is copied.
 struct CopySource {
+  std::string Path;
   cAudioFile Reader;
   cAudioFormat Format;
   float DurationSeconds = 0;

@@ -45,6 +45,7 @@ class WaveWriter : public AudioFileWriter {
   AudioFileError Create(const std::string& path, const WaveHeader& header, SampleCoding coding,
                         const AudioFileSettings& settings);
   AudioFileError Write(const float* interleaved, std::size_t frames) override;
+  AudioFileError WriteStored(const std::uint8_t* stored, std::size_t frames) override;
   AudioFileError Checkpoint(AudioFileSync sync) override;
   AudioFileError Finish() override;
 
@@ -117,6 +118,13 @@ AudioFileError WaveWriter::Write(const float* interleaved, std::size_t frames) {
     interleaved += part;
     left -= part;
   }
+  return {};
+}
+
+AudioFileError WaveWriter::WriteStored(const std::uint8_t* stored, std::size_t frames) {
+  const std::size_t bytes = frames * static_cast<std::size_t>(m_header.blockAlign);
+  if (!m_target.WriteAt(m_dataStart + m_dataBytes, stored, bytes)) return m_target.Error();
+  m_dataBytes += static_cast<std::int64_t>(bytes);
   return {};
 }
 

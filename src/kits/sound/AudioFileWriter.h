@@ -33,6 +33,8 @@ class AudioFileWriter {
  public:
   virtual ~AudioFileWriter() = default;
   virtual AudioFileError Write(const float* interleaved, std::size_t frames) = 0;
+  // Frames as a WAV file of the writer's format stores them; writers that encode refuse.
+  virtual AudioFileError WriteStored(const std::uint8_t* stored, std::size_t frames);
   // Makes what was written so far readable, up to what an encoder holds back (a tenth of a second at most).
   // Also after a failed Write, for what that left.
   virtual AudioFileError Checkpoint(AudioFileSync sync) = 0;

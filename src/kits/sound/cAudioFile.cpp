@@ -41,6 +41,17 @@ struct cAudioFile::State {
     }
   }
 
+  // Frames on their way into the writer.
+  template <class Put>
+  std::int32_t Append(std::size_t frames, Put put) {
+    return Guarded([&]() -> AudioFileError {
+      if (!writer) return {afeNotOpen, "no file is open for writing"};
+      if (!writeError) writeError = put(*writer);
+      if (!writeError) written += static_cast<std::int64_t>(frames);
+      return writeError;
+    });
+  }
+
   const AudioFileSettings& SettingsFor(std::int32_t mode) const {
     switch (mode) {
       case ecmMP3:
@@ -168,13 +179,11 @@ std::int32_t cAudioFile::WriteSamples(const std::int16_t* interleaved, std::size
 }
 
 std::int32_t cAudioFile::WriteFrames(const float* interleaved, std::size_t frames) {
-  State& s = *m_state;
-  return s.Guarded([&]() -> AudioFileError {
-    if (!s.writer) return {afeNotOpen, "no file is open for writing"};
-    if (!s.writeError) s.writeError = s.writer->Write(interleaved, frames);
-    if (!s.writeError) s.written += static_cast<std::int64_t>(frames);
-    return s.writeError;
-  });
+  return m_state->Append(frames, [&](AudioFileWriter& writer) { return writer.Write(interleaved, frames); });
+}
+
+std::int32_t cAudioFile::WriteStored(const std::uint8_t* stored, std::size_t frames) {
+  return m_state->Append(frames, [&](AudioFileWriter& writer) { return writer.WriteStored(stored, frames); });
 }
 
 std::int32_t cAudioFile::SetTemplateWAV(const std::string& path) {

@@ -83,6 +83,8 @@ class cAudioFile {
   // Appends frames of the channel count set for writing; 0 or an error number.
   std::int32_t WriteSamples(const std::int16_t* interleaved, std::size_t frames);
   std::int32_t WriteFrames(const float* interleaved, std::size_t frames);
+  // The same for bytes that a WAV file of Format() stores just so: for samples that float cannot carry.
+  std::int32_t WriteStored(const std::uint8_t* stored, std::size_t frames);
 
   // Settings for CreateFile. SetTemplateWAV reads the format chunk of an existing WAV file.
   std::int32_t SetTemplateWAV(const std::string& path);
