@@ -27,7 +27,7 @@ class RecordingControl;
 class cRecorder : public std::enable_shared_from_this<cRecorder> {
  public:
   explicit cRecorder(std::shared_ptr<const Platform> platform = DefaultPlatform());
-  // Discards what is still being recorded without asking or telling, as Terminate does.
+  // Does what Terminate does.
   ~cRecorder();
   cRecorder(const cRecorder&) = delete;
   cRecorder& operator=(const cRecorder&) = delete;
@@ -83,8 +83,8 @@ class cRecorder : public std::enable_shared_from_this<cRecorder> {
   // Makes the control and takes the input device from the settings. False without a control; settings may be
   // absent.
   bool InitRecorder(const std::shared_ptr<cAudioSettings>& AudioSettings);
-  // Discards without asking or telling, lets go of the control, the item and the owner. Idempotent.
-  // Afterwards every operation is refused.
+  // Keeps what is still being recorded, without asking or telling, and lets go of the control, the item and
+  // the owner. Idempotent. Afterwards every operation is refused.
   void Terminate();
   std::shared_ptr<IPlayerCallback> PlayerCallback() const { return m_callback; }
   // Held until Terminate: an owner that is itself held by its recorder must terminate it.
@@ -98,28 +98,27 @@ class cRecorder : public std::enable_shared_from_this<cRecorder> {
   RecordingControl* Control() const { return m_control.get(); }
 
  private:
-  enum class Outcome { Kept, Discarded };
-
   void Connect();
   void Disconnect();
   void Report(std::int32_t event, float sValue1 = 0, float sValue2 = 0, const std::string& strValue1 = {});
+  void ReportWith(std::int32_t event, const std::string& hdReference, float sValue1, float sValue2 = 0,
+                  const std::string& strValue1 = {});
 
   // What the control says.
   void HandleState(std::int32_t state);
   void HandlePosition();
   void HandleLevel(std::int16_t left, std::int16_t right);
-  void HandleError(std::int32_t number, const std::string& text);
-  void HandleEnd();
 
   bool ResolveFormat(std::shared_ptr<cAudioFormat>& format) const;
+  bool MayRecordInto(const std::string& path) const;
   bool MustTransfer(const std::string& path) const;
   bool PrepareFile(const std::string& path, const std::shared_ptr<cAudioFormat>& format);
-  void MarkItem(cHDItem& item) const;
-  bool MayChange() const;
-  bool AskToKeep() const;
-  bool Keep(cHDItem& item, std::string& errorText);
-  bool Transfer(const std::string& path, std::string& errorText);
-  void Discard(cHDItem& item);
+  bool OpenControl(const std::shared_ptr<cHDItem>& item, const cAudioFormat& format);
+  bool MayChange() const { return m_callback && m_control && m_status != rsClosed && m_item; }
+  bool AskToKeep(const cHDItem& item) const;
+  bool WantsToKeep(enRecorderClosePrompt prompt, const cHDItem& item) const;
+  bool Keep(cHDItem& item);
+  bool Transfer(const std::string& path);
   void Reset();
 
   std::shared_ptr<const Platform> m_platform;
@@ -143,6 +142,8 @@ class cRecorder : public std::enable_shared_from_this<cRecorder> {
   std::int16_t m_waveInDeviceNumber = 0;
   std::int32_t m_leftLevel = 0;
   std::int32_t m_rightLevel = 0;
+  bool m_closing = false;
+  bool m_silent = false;  // nobody is told any more
 };
 
 }  // namespace qm

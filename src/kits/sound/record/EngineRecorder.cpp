@@ -1,5 +1,6 @@
 #include "kits/sound/record/EngineRecorder.h"
 
+#include <algorithm>
 #include <exception>
 
 #include "kits/sound/cAudioFile.h"
@@ -59,12 +60,14 @@ std::int32_t EngineRecorder::Prepare(Session& session, const RecordingRequest& r
     return Fail(error.number, error.text);
   session.chain =
       std::make_unique<RecordingChain>(session.feed->Format(), request, session.file, session.notes);
+  if (m_limitSeconds > 0) session.chain->SetLimit(m_limitSeconds);
   if (!session.feed->Start(*session.chain, session.notes, errorText)) {
     session.file.Delete();
     return Fail(edfAbsent, errorText);
   }
   m_position = 0;
   m_remaining = session.feed->Seconds() >= 0 ? session.feed->Seconds() : session.file.SecondsOfRoom();
+  if (m_limitSeconds > 0) m_remaining = std::min(m_remaining, m_limitSeconds);
   return 0;
 }
 

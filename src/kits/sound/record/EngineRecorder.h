@@ -23,6 +23,7 @@ class EngineRecorder : public RecordingControl {
   float Position() const override { return static_cast<float>(m_position); }
   float Length() const override { return static_cast<float>(m_position + m_remaining); }
   std::uint64_t FramesLost() const override;
+  void SetLimit(double seconds) override { m_limitSeconds = seconds; }
   std::int32_t DeviceNumber() const override { return m_deviceNumber; }
   void SetDeviceNumber(std::int32_t number) override { m_deviceNumber = number; }
 
@@ -40,6 +41,7 @@ class EngineRecorder : public RecordingControl {
   const std::shared_ptr<AudioEngine> m_engine;
   std::shared_ptr<Session> m_session;  // while a file is open
   std::int32_t m_deviceNumber = 0;
+  double m_limitSeconds = 0;
   double m_position = 0;   // seconds
   double m_remaining = 0;  // seconds
 };

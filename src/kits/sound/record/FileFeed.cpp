@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "kits/sound/cAudioFile.h"
@@ -37,7 +38,7 @@ class FileFeed : public RecordingFeed {
   void Stop() override { m_chain = nullptr; }
 
   bool Pump() override {
-    if (!m_chain) return false;
+    if (!m_chain || m_chain->Ended()) return false;
     const std::size_t wanted = m_block.size() / static_cast<std::size_t>(m_file.Channels());
     const std::size_t got = m_file.ReadFrames(m_block.data(), wanted);
     if (got == 0) return End();
@@ -53,11 +54,11 @@ class FileFeed : public RecordingFeed {
 
  private:
   bool End() {
-    m_chain->Finish();
-    m_chain = nullptr;
+    RecordingChain* const ended = std::exchange(m_chain, nullptr);
+    ended->Finish();
     if (m_file.LastError() != afeNone)
       m_notes->Add({.kind = ernError, .number = ereBadInput, .text = m_file.ErrorText()});
-    m_notes->Add({.kind = ernEnd});
+    ended->TellEnd();
     return true;
   }
 

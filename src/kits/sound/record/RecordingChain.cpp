@@ -126,22 +126,41 @@ void RecordingChain::Record(const float* frames, std::size_t count) {
   }
 }
 
+void RecordingChain::SetLimit(double seconds) {
+  m_limit = std::llround(seconds * m_file.Format().SampleRate());
+}
+
+void RecordingChain::TellEnd() {
+  if (!std::exchange(m_ended, true)) m_notes.Add({.kind = ernEnd});
+}
+
 // A file that cannot be written is told once; what it holds stays.
 void RecordingChain::Write(const float* frames, std::size_t count) {
-  if (m_failed || count == 0) return;
+  if (m_failed || m_ended || count == 0) return;
+  count = static_cast<std::size_t>(std::min(static_cast<std::int64_t>(count), m_limit - m_file.Frames()));
   const AudioFileError error = m_file.Write(frames, count);
+  if (!error && m_file.Frames() == m_limit) {
+    TellPosition();
+    TellEnd();
+  }
   if (!error) return;
   m_failed = true;
   m_notes.Add({.kind = ernError, .number = error.number, .text = error.text});
 }
 
+double RecordingChain::Remaining() const {
+  const double limit = static_cast<double>(m_limit - m_file.Frames()) / m_file.Format().SampleRate();
+  return std::min(limit, m_secondsLeft < 0 ? m_file.SecondsOfRoom() : m_secondsLeft);
+}
+
+void RecordingChain::TellPosition() {
+  m_notedFrames = m_file.Frames();
+  m_notes.Add({.kind = ernPosition, .frames = m_notedFrames, .remaining = Remaining()});
+}
+
 void RecordingChain::TellProgress() {
   m_notedAt = m_taken;
-  if (m_file.Frames() != m_notedFrames || m_finished)
-    m_notes.Add({.kind = ernPosition,
-                 .frames = m_file.Frames(),
-                 .remaining = m_secondsLeft < 0 ? m_file.SecondsOfRoom() : m_secondsLeft});
-  m_notedFrames = m_file.Frames();
+  if (m_file.Frames() != m_notedFrames || (m_finished && !m_ended)) TellPosition();
   m_notes.Add({.kind = ernLevel,
                .left = Peak16(std::exchange(m_left, 0.f)),
                .right = Peak16(std::exchange(m_right, 0.f))});

@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <limits>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -29,10 +30,15 @@ class RecordingChain {
                  RecordingNotes& notes);
   ~RecordingChain();
 
+  // Before the first Take.
+  void SetLimit(double seconds);
   // `secondsLeft`: how long the input itself still lasts behind these, below 0 when nobody knows.
   void Take(const float* interleaved, std::size_t frames, double secondsLeft = -1);
   // No more will come: what is inside goes to the file.
   void Finish();
+  // Tells the host, once, that there is no more to be recorded.
+  void TellEnd();
+  bool Ended() const { return m_ended; }
 
   // From that input frame on; from the next one taken where that has gone by.
   void SetGate(std::uint64_t frame, enRecordingGate gate);
@@ -49,6 +55,8 @@ class RecordingChain {
   void Record(const float* frames, std::size_t count);
   void Write(const float* frames, std::size_t count);
   void Measure(const float* frames, std::size_t count);
+  double Remaining() const;
+  void TellPosition();
   void TellProgress();
   void TellState(std::int32_t state);
 
@@ -66,7 +74,9 @@ class RecordingChain {
   std::int64_t m_notedFrames = 0;  // recorded at the last note
   double m_secondsLeft = -1;       // of the input
   float m_left = 0, m_right = 0;
+  std::int64_t m_limit = std::numeric_limits<std::int64_t>::max();  // frames of the file
   bool m_failed = false;
+  bool m_ended = false;
   bool m_finished = false;
   enRecordingGate m_gate = ergOpen;
   std::mutex m_mutex;  // for the next two

@@ -48,7 +48,7 @@ class RecordingControl {
     Event<std::int16_t, std::int16_t> Level;        // left, right: signed 16-bit peaks since the last
     Event<std::int32_t, const std::string&> Error;  // number, text; the recording goes on as far as it can
     Event<std::int32_t> State;  // enRecordingState, at the start and when the trigger opens
-    Event<> EndReached;         // the input has no more to give
+    Event<> EndReached;         // the input has no more to give, or the limit is reached
     Event<> Closed;
   } events;
 
@@ -70,6 +70,10 @@ class RecordingControl {
   virtual float Position() const = 0;  // seconds recorded
   virtual float Length() const = 0;    // seconds that can be in all: of the input file, or of the disk's room
   virtual std::uint64_t FramesLost() const = 0;  // input frames, by overruns
+
+  // The longest that a recording becomes, exact to the frame; EndReached tells when it has. 0 or less: no
+  // limit. Taken at Open.
+  virtual void SetLimit(double seconds) = 0;
 
   // Counts the inputs from 1, 0 is the default one, those that the host added count from 101. Taken at Open.
   virtual std::int32_t DeviceNumber() const = 0;
