@@ -25,6 +25,7 @@ void AddJson(CLI::App& command, enPrinting& printing, const std::string& help = 
 Command AddPlayCommand(CLI::App& program);
 Command AddDevicesCommand(CLI::App& program);
 Command AddInfoCommand(CLI::App& program);
+Command AddTagCommand(CLI::App& program);
 Command AddCopyCommand(CLI::App& program);
 
 }  // namespace qm::cli

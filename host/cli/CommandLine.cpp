@@ -16,11 +16,13 @@ constexpr char kExamples[] =
     "  quillmere play bed.wav --device wav:out.wav --events events.jsonl\n"
     "  quillmere devices\n"
     "  quillmere info --json song.ogg\n"
+    "  quillmere tag song.ogg 'ItemTitle=Blue Skies' Year=1958\n"
     "  quillmere copy intro.wav song.ogg joined.wav --mix 2 --normalise 90\n"
     "'quillmere COMMAND --help' tells more about a command.";
 
 // In the order in which --help lists them.
-Command (*const kCommands[])(CLI::App&) = {AddPlayCommand, AddDevicesCommand, AddInfoCommand, AddCopyCommand};
+Command (*const kCommands[])(CLI::App&) = {AddPlayCommand, AddDevicesCommand, AddInfoCommand, AddTagCommand,
+                                           AddCopyCommand};
 
 // One line, whatever the parser has to say.
 std::int32_t TellUsage(const CLI::ParseError& error) {
@@ -31,7 +33,8 @@ std::int32_t TellUsage(const CLI::ParseError& error) {
 }  // namespace
 
 std::int32_t Run(int argc, char** argv) {
-  CLI::App program("Plays and copies a radio station's audio items: the command line of qmSoundCore.", "quillmere");
+  CLI::App program("Plays and copies a radio station's audio items: the command line of qmSoundCore.",
+                   "quillmere");
   program.footer(kExamples);
   program.set_version_flag("--version", "quillmere " QM_VERSION);
   std::vector<Command> commands;

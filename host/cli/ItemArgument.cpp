@@ -39,14 +39,17 @@ void SplitFields(std::string_view text, ItemArgument& argument) {
   }
 }
 
+std::string NoFieldText(std::string_view name) {
+  return "there is no field '" + std::string(name) + "'";
+}
+
 // An existing file with something behind it that was meant as a field.
 bool NamesUnknownField(std::string_view text, std::string& errorText) {
   const auto at = LastBegin(text, [&](std::size_t begin) { return FileExists(text.substr(0, begin)); });
   if (at == text.npos) return false;
   const std::string_view rest = text.substr(at + kFieldsBegin.size());
   const std::string_view name = NameBefore(rest);
-  errorText = name.empty() ? "'" + std::string(rest) + "' behind '::' is no Field=value"
-                           : "there is no field '" + std::string(name) + "'";
+  errorText = name.empty() ? "'" + std::string(rest) + "' behind '::' is no Field=value" : NoFieldText(name);
   return true;
 }
 
@@ -70,6 +73,16 @@ bool ParseItemArgument(std::string_view text, ItemArgument& argument, std::strin
   if (at == text.npos) return !NamesUnknownField(text, errorText);
   argument.path = text.substr(0, at);
   SplitFields(text.substr(at + kFieldsBegin.size()), argument);
+  return CheckValues(argument, errorText);
+}
+
+bool ParseItemField(std::string_view text, ItemArgument& argument, std::string& errorText) {
+  if (!BeginsWithField(text)) {
+    errorText = NoFieldText(NameBefore(text));
+    return false;
+  }
+  const std::string_view name = NameBefore(text);
+  argument.fields.emplace_back(name, text.substr(name.size() + 1));
   return CheckValues(argument, errorText);
 }
 

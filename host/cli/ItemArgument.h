@@ -21,6 +21,9 @@ struct ItemArgument {
 // both. False, with one line in errorText, for a field that does not exist or a value it cannot take.
 bool ParseItemArgument(std::string_view text, ItemArgument& argument, std::string& errorText);
 
+// "Field=value" alone, added to the argument. False, with one line in errorText, as above.
+bool ParseItemField(std::string_view text, ItemArgument& argument, std::string& errorText);
+
 // Sets the fields, in their order.
 void ApplyFields(const ItemArgument& argument, cHDItem& item);
 

@@ -43,6 +43,13 @@ class Id3v2Text : public ID3v2::Latin1StringHandler {
   }
 };
 
+// The library hands on a comment without a track number byte by byte.
+std::string Id3v1Comment(const ID3v1::Tag& tag) {
+  const TagLib::String comment = tag.comment();
+  if (tag.track() != 0 || !comment.isLatin1()) return TextOf(comment);
+  return TextOf(FromEightBit(comment.data(TagLib::String::Latin1)).stripWhiteSpace());
+}
+
 constexpr std::size_t kId3v1CommentBytes = 28;  // where a track number stands behind it
 constexpr std::uint32_t kLastYear = 9999;
 
@@ -57,7 +64,7 @@ class Id3v1Carrier : public TagCarrier {
       case etfArtist:
         return TextOf(m_tag.artist());
       case etfComment:
-        return TextOf(m_tag.comment());
+        return Id3v1Comment(m_tag);
       case etfGenre:
         return TextOf(m_tag.genre());
       case etfYear:
