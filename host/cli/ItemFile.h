@@ -2,6 +2,10 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
+
+#include "item/RiffWalk.h"
+#include "item/cRiffReader.h"
 
 namespace qm {
 class cHDItem;
@@ -16,9 +20,20 @@ struct ItemFile {
   double milliseconds = 0;
 };
 
-// The item of a file as it is before anything is known of it: referred to by its path, titled by its base
-// name, played from its first frame to its last, with no marks of its own. False, with one line in errorText,
-// for a file that cannot be read as audio.
+// The item as its file tells it, referred to by its path; titled by its base name and played from its first
+// frame to its last where the file says nothing else. False, with one line in errorText, for a file that
+// cannot be read as audio.
 bool LoadItemFile(const std::string& path, ItemFile& file, std::string& errorText);
+
+// A file to be told about, with what else it holds.
+struct ItemFileContents {
+  ItemFile file;
+  std::vector<RiffChunk> chunks;  // of a WAV file, the first two likewise
+  std::vector<tyRiffChunkTag> tags;
+};
+
+// The same without opening the audio where the file's chunks say enough. The item has the markers of the
+// marker file beside it, "NAME.EXT.pmk".
+bool LoadItemFileContents(const std::string& path, ItemFileContents& contents, std::string& errorText);
 
 }  // namespace qm::cli

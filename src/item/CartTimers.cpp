@@ -109,7 +109,8 @@ void ReadCartTimers(cHDItem& item, std::string_view fixed, std::int32_t sampleRa
 void WriteCartTimers(const cHDItem& item, std::string& fixed, std::int32_t sampleRate) {
   std::string bytes;
   if (sampleRate >= 1) {
-    for (const Timer& timer : TimersOf(item).Timers()) {
+    const TimerList list = TimersOf(item);
+    for (const Timer& timer : list.Timers()) {
       const std::int64_t samples = RoundToWhole(static_cast<double>(timer.seconds) * sampleRate);
       bytes += timer.usage;
       AppendLittleEndian<std::uint32_t>(

@@ -126,6 +126,12 @@ bool IsDefault(const cHDItem& item, const ItemField& field, std::int32_t index) 
   return field.IsText() ? field.text(item, index).empty() : field.number(item, index) == field.defaultNumber;
 }
 
+bool AllDefault(const cHDItem& item, const ItemField& field) {
+  for (std::int32_t index = 1; index <= field.count; ++index)
+    if (!IsDefault(item, field, index)) return false;
+  return true;
+}
+
 std::string FieldText(const cHDItem& item, const ItemField& field, std::int32_t index) {
   if (field.IsText()) return field.text(item, index);
   const double value = field.number(item, index);

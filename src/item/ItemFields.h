@@ -114,6 +114,7 @@ std::span<const ItemExtra> ItemExtras();
 const ItemField* FindItemField(std::string_view name);
 
 bool IsDefault(const cHDItem& item, const ItemField& field, std::int32_t index);
+bool AllDefault(const cHDItem& item, const ItemField& field);  // at every index
 
 // The value as plain text: numbers in the shortest form of their type, flags "1" and "0".
 std::string FieldText(const cHDItem& item, const ItemField& field, std::int32_t index);
