@@ -120,6 +120,8 @@ void LiveFeed::Stop() {
   m_input->Close();
   if (!m_chain) return;
   Drain();
+  m_nextTelling = {};
+  TellLosses(Clock::now());
   m_chain->Finish();
   m_chain = nullptr;
 }

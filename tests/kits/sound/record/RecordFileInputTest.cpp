@@ -1,0 +1,224 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <csignal>
+
+#include "RecordBench.h"
+
+// Recording from a file in the place of a device: exact to the frame.
+namespace qm {
+namespace {
+
+using test::FormatOf;
+using test::FramesOf;
+using test::RecordBench;
+
+std::vector<std::int16_t> Part(const std::vector<std::int16_t>& samples, std::size_t from, std::size_t to) {
+  return {samples.begin() + static_cast<std::ptrdiff_t>(from),
+          samples.begin() + static_cast<std::ptrdiff_t>(to)};
+}
+
+TEST(RecordFileInput, EveryFrameArrivesAndIsCounted) {
+  RecordBench bench;
+  const auto samples = test::Noise16(2 * 44100 + 2 * 777);
+  bench.UseSamples(samples, 44100, 2);
+  ASSERT_EQ(bench.control->Open(bench.To("out.wav", FormatOf(aftWAV, 44100, 2))), 0) << bench.errorText;
+  EXPECT_NEAR(bench.control->Length(), 44877.0 / 44100, 1e-6);
+  bench.PumpToEnd();
+  EXPECT_FLOAT_EQ(bench.control->Position(), 44877.0f / 44100);
+  EXPECT_FLOAT_EQ(bench.control->Length(), bench.control->Position());
+  EXPECT_EQ(bench.positions.size(), 26u);
+  EXPECT_EQ(bench.control->Close(erkKeep), 0);
+  EXPECT_EQ(FramesOf(bench.folder.File("out.wav")), samples);
+  EXPECT_EQ(bench.states, std::vector<std::int32_t>{ersRecording});
+  EXPECT_TRUE(bench.errors.empty()) << bench.errorText;
+}
+
+struct ShapeCase {
+  const char* name;
+  std::int32_t type, inRate, inChannels, rate, channels;
+};
+
+class RecordShape : public testing::TestWithParam<ShapeCase> {};
+
+TEST_P(RecordShape, LastsAsLongAndSoundsAsLoudInEveryTypeAndFormat) {
+  const ShapeCase& c = GetParam();
+  RecordBench bench;
+  const auto inRate = static_cast<std::size_t>(c.inRate);
+  std::vector<std::int16_t> samples;
+  for (float value : test::Sine(c.inRate, 2 * inRate, 1, 440))
+    samples.insert(samples.end(), static_cast<std::size_t>(c.inChannels),
+                   static_cast<std::int16_t>(std::lround(value * 32767)));
+  bench.UseSamples(samples, static_cast<std::uint32_t>(c.inRate), static_cast<std::uint32_t>(c.inChannels));
+  ASSERT_EQ(bench.control->Open(bench.To(c.name, FormatOf(c.type, c.rate, c.channels, 128000))), 0)
+      << bench.errorText;
+  bench.PumpToEnd();
+  ASSERT_EQ(bench.control->Close(erkKeep), 0);
+  const auto recorded = FramesOf(bench.folder.File(c.name));
+  const auto channels = static_cast<std::size_t>(c.channels);
+  // MPEG Layer 2 has no place for its padding.
+  EXPECT_NEAR(static_cast<double>(recorded.size() / channels), 2.0 * c.rate,
+              c.type == aftMP2 ? 1152 + 528 : 1);
+  double power = 0;
+  for (std::size_t i = 0; i < recorded.size(); ++i) power += double{1} * recorded[i] * recorded[i];
+  EXPECT_NEAR(std::sqrt(power / static_cast<double>(recorded.size())) / 32768, 0.5 / std::sqrt(2.0), 0.03);
+  EXPECT_TRUE(test::RunCommand("ffprobe -v error -i " + test::Quoted(bench.folder.File(c.name))));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, RecordShape,
+                         testing::Values(ShapeCase{"a.wav", aftWAV, 48000, 2, 44100, 1},
+                                         ShapeCase{"b.wav", aftWAV, 11025, 1, 44100, 2},
+                                         ShapeCase{"c.mp3", aftMP3, 44100, 2, 44100, 2},
+                                         ShapeCase{"d.mp2", aftMP2, 48000, 1, 44100, 2},
+                                         ShapeCase{"e.ogg", aftOgg, 44100, 2, 44100, 2},
+                                         ShapeCase{"f.wma", aftWMA, 44100, 2, 44100, 2}),
+                         [](const auto& row) { return std::string(1, row.param.name[0]); });
+
+TEST(RecordFileInput, APauseLeavesOutWhatPassesExactly) {
+  RecordBench bench;
+  const auto samples = test::Noise16(4 * 44100);
+  bench.UseSamples(samples, 44100, 1);
+  std::size_t heard = 0;
+  bench.control->events.Level.connect([&](std::int16_t, std::int16_t) {
+    ++heard;
+    if (heard == 25) bench.control->Pause();
+    if (heard == 50) bench.control->Resume();
+  });
+  ASSERT_EQ(bench.control->Open(bench.To("out.wav", FormatOf(aftWAV, 44100, 1))), 0);
+  bench.PumpToEnd();
+  bench.control->Close(erkKeep);
+  auto expected = Part(samples, 0, 44100);
+  const auto rest = Part(samples, 2 * 44100, 4 * 44100);
+  expected.insert(expected.end(), rest.begin(), rest.end());
+  EXPECT_EQ(FramesOf(bench.folder.File("out.wav")), expected);
+}
+
+struct TriggerCase {
+  const char* name;
+  std::int16_t level;
+  float seconds;
+  std::vector<std::pair<std::size_t, std::size_t>> loud;  // runs of frames at 10000
+  std::size_t begin;                                      // first frame recorded; 8000: none
+};
+
+class RecordTrigger : public testing::TestWithParam<TriggerCase> {};
+
+// Each frame holds its own number, below any level, except where it is loud.
+TEST_P(RecordTrigger, BeginsAtTheFirstFrameOfWhatOpenedIt) {
+  const TriggerCase& c = GetParam();
+  RecordBench bench;
+  std::vector<std::int16_t> samples(8000);
+  for (std::size_t i = 0; i < samples.size(); ++i) samples[i] = static_cast<std::int16_t>(i % 1000);
+  for (const auto& [from, to] : c.loud)
+    for (std::size_t i = from; i < to; ++i) samples[i] = i % 2 ? 10000 : -10000;
+  bench.UseSamples(samples, 8000, 1);
+  RecordingRequest request = bench.To("out.wav", FormatOf(aftWAV, 8000, 1));
+  request.triggerLevel = c.level;
+  request.triggerSeconds = c.seconds;
+  ASSERT_EQ(bench.control->Open(request), 0);
+  bench.PumpToEnd();
+  bench.control->Close(erkKeep);
+  EXPECT_EQ(FramesOf(bench.folder.File("out.wav")), Part(samples, c.begin, samples.size()));
+  const std::vector<std::int32_t> opened{ersWaiting, ersRecording}, waited{ersWaiting};
+  EXPECT_EQ(bench.states, c.begin < 8000 ? opened : waited);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, RecordTrigger,
+    testing::Values(TriggerCase{"one_frame", 10000, 0, {{3210, 3211}}, 3210},
+                    TriggerCase{"level_is_reached_not_passed", 10001, 0, {{3210, 3211}}, 8000},
+                    TriggerCase{"click_does_not_hold", 5000, 0.2f, {{1000, 1010}, {4000, 8000}}, 4000},
+                    TriggerCase{"short_gap_is_bridged", 5000, 0.25f, {{1000, 1500}, {2000, 8000}}, 1000},
+                    TriggerCase{"long_gap_ends_the_run", 5000, 0.25f, {{1000, 1500}, {2400, 8000}}, 2400},
+                    TriggerCase{"never", 20000, 0, {{0, 8000}}, 8000}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(RecordFileInput, StartLeavesOutSoundAndDiscardLeavesNoFile) {
+  RecordBench bench;
+  const auto samples = test::Ramp16(8000);
+  bench.UseSamples(samples, 8000, 1);
+  RecordingRequest request = bench.To("out.wav", FormatOf(aftWAV, 8000, 1));
+  request.startSeconds = 0.25f;
+  ASSERT_EQ(bench.control->Open(request), 0);
+  bench.PumpToEnd();
+  EXPECT_EQ(bench.control->Open(request), ereOpen);
+  bench.control->Close(erkKeep);
+  EXPECT_EQ(FramesOf(request.path), Part(samples, 2000, 8000));
+  ASSERT_EQ(bench.control->Open(request), 0);
+  bench.control->Close(erkDiscard);
+  EXPECT_FALSE(std::filesystem::exists(request.path));
+}
+
+TEST(RecordFileInput, ALimitIsExactThroughTheResampler) {
+  RecordBench bench;
+  bench.UseSamples(test::Ramp16(3 * 48000), 48000, 1);
+  bench.control->SetLimit(1.5);
+  ASSERT_EQ(bench.control->Open(bench.To("out.wav", FormatOf(aftWAV, 44100, 1))), 0);
+  EXPECT_FLOAT_EQ(bench.control->Length(), 1.5f);
+  bench.PumpToEnd();
+  EXPECT_TRUE(bench.ended);
+  EXPECT_FLOAT_EQ(bench.control->Position(), 1.5f);
+  bench.control->Close(erkKeep);
+  EXPECT_EQ(FramesOf(bench.folder.File("out.wav")).size(), 66150u);
+}
+
+TEST(RecordFileInput, WithoutAnInputOrAFormatTheOldFileStays) {
+  RecordBench bench;
+  test::WriteBytes(bench.folder.File("old.wav"), "old");
+  bench.control->SetDeviceNumber(bench.engine->AddInputFile(bench.folder.File("absent.wav")));
+  EXPECT_NE(bench.control->Open(bench.To("old.wav", FormatOf(aftWAV, 44100, 2))), 0);
+  bench.control->SetDeviceNumber(1);  // the engine has no hardware
+  EXPECT_NE(bench.control->Open(bench.To("old.wav", FormatOf(aftWAV, 44100, 2))), 0);
+  bench.UseSamples(test::Ramp16(800), 8000, 1);
+  for (const auto& format :
+       {FormatOf(aftOther, 8000, 1), FormatOf(aftWAV, 8000, 3), FormatOf(aftMP2, 11025, 1)})
+    EXPECT_NE(bench.control->Open(bench.To("old.wav", format)), 0);
+  EXPECT_EQ(bench.errors.size(), 5u);
+  EXPECT_EQ(test::ReadBytes(bench.folder.File("old.wav")), "old");
+}
+
+// A limit on the size of files stands for the full disk: the write is refused in the same place.
+TEST(RecordFileInput, AFullDiskIsToldAndWhatWasRecordedStays) {
+  RecordBench bench;
+  const auto samples = test::Noise16(3 * 44100);
+  bench.UseSamples(samples, 44100, 1);
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit tight{120000, before.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &tight);
+  ASSERT_EQ(bench.control->Open(bench.To("out.wav", FormatOf(aftWAV, 44100, 1))), 0);
+  bench.PumpToEnd();
+  EXPECT_EQ(bench.control->Close(erkKeep), afeCannotWrite);
+  setrlimit(RLIMIT_FSIZE, &before);
+  EXPECT_EQ(bench.errors, std::vector<std::int32_t>{afeCannotWrite});
+  const auto recorded = FramesOf(bench.folder.File("out.wav"));
+  EXPECT_GT(recorded.size(), 44100u);
+  EXPECT_EQ(recorded, Part(samples, 0, recorded.size()));
+}
+
+// At every moment the file at the path holds all but the last second, for whoever opens it.
+TEST(RecordFileInput, TheGrowingFileIsReadableInEveryType) {
+  for (const auto& [name, type] : {std::pair{"a.wav", aftWAV},
+                                   {"b.mp3", aftMP3},
+                                   {"c.mp2", aftMP2},
+                                   {"d.ogg", aftOgg},
+                                   {"e.wma", aftWMA}}) {
+    RecordBench bench;
+    bench.UseSamples(test::Noise16(10 * 44100 * 2, 0.1), 44100, 2);
+    ASSERT_EQ(bench.control->Open(bench.To(name, FormatOf(type, 44100, 2, 128000))), 0) << bench.errorText;
+    for (int pump = 0; pump < 3; ++pump) bench.engine->Pump();
+    const double recorded = bench.control->Position();
+    EXPECT_GT(recorded, 5);
+    EXPECT_GE(static_cast<double>(FramesOf(bench.folder.File(name)).size()) / 2, (recorded - 1) * 44100)
+        << name;
+    EXPECT_TRUE(test::RunCommand("ffmpeg -v error -i " + test::Quoted(bench.folder.File(name)) +
+                                 " -f wav - | tail -c +45 | wc -c | awk '{exit $1 < " +
+                                 std::to_string(static_cast<int>((recorded - 1) * 44100 * 4)) + "}'"))
+        << name;
+  }
+}
+
+}  // namespace
+}  // namespace qm
