@@ -10,7 +10,7 @@ packages_build=(
   libgtest-dev libgmock-dev librapidcheck-dev
 )
 packages_test=(ffmpeg sox lame twolame espeak-ng pulseaudio pulseaudio-utils jackd2 python3-mutagen
-  libimage-exiftool-perl)
+  libimage-exiftool-perl libsndfile1-dev sndfile-programs mediainfo)
 packages_demo=(parsec47-data espeak-ng ffmpeg lame)
 packages_sanitizers=(clang libclang-rt-14-dev)
 
