@@ -22,7 +22,7 @@ constexpr char kExamples[] =
 
 // In the order in which --help lists them.
 Command (*const kCommands[])(CLI::App&) = {AddPlayCommand, AddDevicesCommand, AddInfoCommand, AddTagCommand,
-                                           AddCopyCommand};
+                                           AddCopyCommand, AddRecordCommand};
 
 // One line, whatever the parser has to say.
 std::int32_t TellUsage(const CLI::ParseError& error) {
