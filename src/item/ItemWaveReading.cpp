@@ -51,8 +51,9 @@ void TakeTag(cHDItem& item, const tyRiffChunkTag& tag) {
   for (const TagTarget& target : kTagTargets) {
     if (tag.TagName != target.names[0] && tag.TagName != target.names[1]) continue;
     const ItemField& field = ItemFields()[static_cast<std::size_t>(target.field)];
+    // Many end a frame's text with a zero character, which is no part of it.
     if (field.IsText())
-      field.setText(item, target.index, tag.Data);
+      field.setText(item, target.index, tag.Data.substr(0, tag.Data.find_last_not_of('\0') + 1));
     else
       field.setNumber(item, target.index, ParseNumber(tag.Data));
   }

@@ -1,0 +1,281 @@
+#include <gtest/gtest.h>
+
+#include "RiffFixture.h"
+#include "item/ItemFieldAccess.h"
+#include "item/ItemMetadata.h"
+#include "item/RiffWalk.h"
+#include "item/WaveFacts.h"
+#include "item/cHDItem.h"
+#include "kits/common/Clock.h"
+#include "kits/common/Text.h"
+#include "kits/sound/cAudioFormat.h"
+#include "kits/sound/Platform.h"
+
+namespace qm {
+namespace {
+
+using namespace test;
+using namespace std::string_literals;
+
+using Fields = std::vector<std::pair<std::string, std::string>>;
+
+// Every field that comes back as it went.
+const Fields kFields = {{"ItemTitle", "Caf\xC3\xA9"},
+                        {"ArtistName1", "\xC5\x81ucja"},
+                        {"CutID", "c1"},
+                        {"Client", "ACME"},
+                        {"ContentTypeInfo", "Music"},
+                        {"CategoryInfo", "Rock"},
+                        {"OutCue", "bye"},
+                        {"AirStartDate", "2021-02-03"},
+                        {"AirStartTime", "3723"},
+                        {"AirEndDate", "2030-12-31"},
+                        {"AirEndTime", "86399"},
+                        {"URL", "http://x"},
+                        {"OnlineStoreReference", "s"},
+                        {"ItemDescription1", "d"},
+                        {"CopyrightCode", "cc"},
+                        {"Composer", "co"},
+                        {"MusicTitle", "mt"},
+                        {"Publisher", "pu"},
+                        {"Performer", "pe"},
+                        {"ProductTitle", "pt"},
+                        {"RecordLabel", "rl"},
+                        {"ISRC", "GB1"},
+                        {"RecordingNumber", "9"},
+                        {"CopyrightMusicDuration", "3661.25"},
+                        {"CopyrightTotalDuration", "2.5"},
+                        {"OriginalSource", "os"},
+                        {"DABNotes", "dab"},
+                        {"WebNotes", "w\r\nw"},
+                        {"RightsManagementReference", "rm"},
+                        {"StudioNotes", "n"},
+                        {"BackColour", "255"},
+                        {"TextColour", "-2147483633"},
+                        {"EndType", "2"},
+                        {"AudioStart1", "1"},
+                        {"AudioEnd1", "18.5"},
+                        {"IntroStart1", "2"},
+                        {"IntroEnd1", "3.001"},
+                        {"Extro1", "17"},
+                        {"HookStart1", "0"},
+                        {"HookEnd1", "9"}};
+
+std::unique_ptr<cHDItem> ItemWith(const Fields& fields) {
+  auto item = std::make_unique<cHDItem>();
+  item->SetTotalLength(20);
+  for (const auto& [field, text] : fields) EXPECT_EQ(SetFieldText(*item, field, text), sfrSet) << field;
+  return item;
+}
+
+bool Save(cHDItem& item, RiffMemory& file, enHDFileFlags flags) {
+  Platform platform;
+  platform.clock = std::make_shared<ManualClock>(std::chrono::sys_days(std::chrono::year(2026) / 3 / 9));
+  PrepareItemForSave(item, file, flags, platform);
+  cAudioFormat format;
+  format.SetSampleRate(kTestRate);
+  item.ReplaceAudioFormat(format);
+  return (!(flags & llfCartChunk) || SaveItemCart(item, file, flags)) &&
+         (!(flags & llfBext) || SaveItemBext(item, file, flags));
+}
+
+std::unique_ptr<cHDItem> Load(const RiffMemory& file, enHDFileFlags flags = llfAutoDetect) {
+  auto item = std::make_unique<cHDItem>();
+  ResetMarks(*item);
+  EXPECT_TRUE(LoadItemWave(*item, file, flags));
+  RepairMarks(*item);
+  return item;
+}
+
+// Ids and contents of the chunks but ours, with their places.
+std::string Others(const RiffMemory& file) {
+  RiffForm form;
+  EXPECT_TRUE(WalkRiff(file, rxForm, form));
+  std::string text;
+  for (const RiffChunk& chunk : form.chunks)
+    if (chunk.id != "cart" && chunk.id != "bext" && chunk.id != "ds64")
+      text += chunk.id + std::to_string(chunk.start) +
+              file.Read(chunk.start, static_cast<std::size_t>(chunk.length));
+  return text;
+}
+
+std::string ChunkBytes(const RiffMemory& file, const char* id) {
+  RiffForm form;
+  const RiffChunk* chunk = WalkRiff(file, rxForm, form) ? FindRiffChunk(form, id) : nullptr;
+  return chunk ? file.Read(chunk->start, static_cast<std::size_t>(chunk->length)) : "none";
+}
+
+TEST(WaveWriting, BringsFieldsBack) {
+  const auto item = ItemWith(kFields);
+  RiffMemory file(WaveWith(""));
+  ASSERT_TRUE(Save(*item, file, llfQuillmere));
+  const auto back = Load(file);
+  for (const auto& [field, text] : kFields)
+    EXPECT_EQ(FieldText(*back, field), FieldText(*item, field)) << field;
+  EXPECT_EQ(back->ProducerAppName(), "Quillmere CartChunk Interface");
+  const auto bext = Load(file, llfBext);
+  EXPECT_EQ(bext->ItemTitle(), "Caf\xC3\xA9");
+  EXPECT_EQ(bext->OriginationDate(), 46090);
+  EXPECT_TRUE(ContainsIgnoringCase(bext->Originator(), " on ")) << bext->Originator();
+}
+
+struct Timers {
+  Fields fields;
+  const char* timers;
+};
+
+TEST(WaveWriting, FillsTimersFromTheFirst) {
+  const Timers rows[] = {
+      {{}, ""},
+      {{{"AudioEnd1", "19.999"}}, ""},
+      {{{"AudioEnd1", "19.998"}}, "AUDe19998 "},
+      {{{"Extro2", "5"}, {"Extro3", "20"}}, "SEG25000 "},
+      {{{"HookEnd1", "4"}, {"LoopStart", "5"}, {"LoopEnd", "9"}}, "MRK10 MRK24000 MRK35000 MRK49000 "},
+      {{{"AudioStart1", "1"},
+        {"AudioEnd1", "19"},
+        {"IntroStart1", "2"},
+        {"IntroEnd1", "3"},
+        {"Extro1", "15"},
+        {"Extro2", "16"},
+        {"Extro3", "17"},
+        {"HookEnd1", "4"},
+        {"LoopStart", "5"},
+        {"LoopEnd", "9"}},
+       "AUDs1000 AUDe19000 INTs2000 INTe3000 SEG115000 SEG216000 SEG317000 "},
+      {{{"AudioStart1", "1"},
+        {"Extro1", "15"},
+        {"Extro2", "16"},
+        {"Extro3", "17"},
+        {"IntroEnd1", "0.0025"},
+        {"HookEnd1", "4"},
+        {"LoopStart", "5"},
+        {"LoopEnd", "9"}},
+       "AUDs1000 INTe2 SEG115000 SEG216000 SEG317000 MRK10 MRK24000 "},
+  };
+  for (const Timers& row : rows) {
+    RiffMemory file(WaveWith(""));
+    ASSERT_TRUE(Save(*ItemWith(row.fields), file, llfCartChunk));
+    const std::string cart = ChunkBytes(file, "cart");
+    std::string timers;
+    for (std::size_t at = 684; at < 748; at += 8) {
+      std::uint32_t value = 0;
+      std::memcpy(&value, cart.data() + at + 4, 4);
+      if (value != 0xFFFFFFFF)
+        timers += cart.substr(at, 4) + std::to_string(value) + " ";
+      else
+        EXPECT_EQ(cart.substr(at, 4), "    ");
+    }
+    EXPECT_EQ(timers, row.timers);
+  }
+}
+
+TEST(WaveWriting, KeepsWithinTheChunkThereIs) {
+  const std::string bext = Laid(700, 'u', {{602, "A=PCM"}});
+  RiffMemory file(
+      WaveWith(Chunk("cart", Laid(2048, '?', {})) + Info(Chunk("INAM", "x")) + Chunk("BEXT", bext)));
+  const std::size_t before = file.bytes.size();
+  auto item =
+      ItemWith({{"ItemTitle", std::string(63, 'x') + "\xC5\x81"}, {"StudioNotes", "lost"}, {"Version", "7"}});
+  const std::string others = Others(file);
+  ASSERT_TRUE(Save(*item, file, llfQuillmere));
+  EXPECT_EQ(file.bytes.size(), before);
+  EXPECT_EQ(Load(file)->ItemTitle(), std::string(63, 'x'));
+  EXPECT_EQ(Load(file)->StudioNotes(), "");
+  EXPECT_EQ(ChunkBytes(file, "cart").substr(680, 4), "????");  // the level reference is not ours
+  const std::string written = ChunkBytes(file, "bext");
+  EXPECT_EQ(written.substr(338, 8), "uuuuuuuu");  // nor are the time reference,
+  EXPECT_EQ(written.substr(346, 66), "\7\0"s + std::string(64, '\0'));
+  EXPECT_EQ(written.substr(412), bext.substr(412));  // the loudness and the history
+  // 100 bytes of room for text: cut there, blanks behind what is shorter.
+  RiffMemory roomy(WaveWith(Chunk("cart", std::string(2148, '?'))));
+  item->SetStudioNotes(std::string(200, 'n'));
+  ASSERT_TRUE(Save(*item, roomy, llfCartChunk));
+  EXPECT_EQ(ChunkBytes(roomy, "cart").substr(2048), "<NOTES>" + std::string(93, 'n'));
+  item->SetStudioNotes("n");
+  ASSERT_TRUE(Save(*item, roomy, llfCartChunk));
+  EXPECT_EQ(ChunkBytes(roomy, "cart").substr(2048), "<NOTES>n</NOTES>" + std::string(84, ' '));
+}
+
+TEST(WaveWriting, ChoosesWhatStandsForATitle) {
+  auto item = ItemWith(
+      {{"ItemTitle", "  "}, {"ItemDescription1", "about"}, {"ItemDescription2", "who"}, {"EndType", "4"}});
+  RiffMemory file(WaveWith(""));
+  ASSERT_TRUE(Save(*item, file, llfQuillmere));
+  EXPECT_EQ(Load(file)->ItemTitle() + "/" + Load(file)->ArtistName(1), "about/who");
+  EXPECT_EQ(Load(file, llfBext)->ItemTitle(), "about");
+  EXPECT_EQ(Load(file)->EndType(), ietNonSpecific);  // our own convention has no word for it that is read
+  EXPECT_EQ(Load(file, llfCartChunk)->EndType(), ietSustain);
+  EXPECT_EQ(ChunkBytes(file, "cart").substr(616, 20), "EndingType=Sustain  ");
+}
+
+std::string LongForm(const std::string& bytes) {
+  const std::string lengths = LittleEndian(bytes.size() + 28, 8) + LittleEndian(40000, 8) +
+                              LittleEndian(20000, 8) + LittleEndian(0, 4);
+  return "RF64\xFF\xFF\xFF\xFFWAVE" + Chunk("ds64", lengths) + FormatChunk() + "data\xFF\xFF\xFF\xFF" +
+         bytes.substr(44);
+}
+
+std::string PipeHead(std::string bytes, const char* form, const char* data) {
+  return bytes.replace(4, 4, form, 4).replace(40, 4, data, 4);
+}
+
+struct Start {
+  const char* name;
+  std::string bytes;
+  bool written = true;
+};
+
+const Start kStarts[] = {
+    {"plain", WaveWith("")},
+    {"chunksBehind", WaveWith(Info(Chunk("INAM", "x")) + Chunk("JUNK", "odd"))},
+    {"padForgotten", WaveWith("JUNK" + LittleEndian(3, 4) + "odd")},
+    {"long", LongForm(WaveWith(""))},
+    {"pipe", PipeHead(WaveWith(""), "\xFF\xFF\xFF\xFF", "\xFF\xFF\xFF\xFF")},
+    {"pipeGuess", PipeHead(WaveWith(""), "\x24\0\0\x7F", "\0\0\0\x7F")},
+    {"neverCompleted", PipeHead(WaveWith(""), "\0\0\0\0", "\0\0\0\0")},
+    {"chunkCut", Chunk("RIFF", WaveWith("").substr(8) + "JUNK\xFF\0\0\0abc"s)},
+    {"zerosBehind", WaveWith("") + std::string(512, '\0')},
+    {"cartThere", WaveWith(Cart({{4, "old"}}))},
+    {"foreignBehind", WaveWith("") + "TAGsome old tag", false},
+    {"notWave", Chunk("RIFF", "AVI " + FormatChunk()), false},
+};
+
+class PowerCut : public testing::TestWithParam<Start> {};
+INSTANTIATE_TEST_SUITE_P(Every, PowerCut, testing::ValuesIn(std::begin(kStarts), std::end(kStarts)),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+// The audio and every other chunk are where they were, with what they held.
+void ExpectIntact(const RiffMemory& file, const std::string& others, const std::string& where) {
+  ASSERT_EQ(Others(file).substr(0, others.size()), others) << where;
+  RiffForm form;
+  ASSERT_TRUE(WalkRiff(file, rxForm, form));
+  ASSERT_EQ(FindWaveFacts(file, form)->Frames(), 20000) << where;
+}
+
+TEST_P(PowerCut, AtAnyByteLosesNothing) {
+  auto item = ItemWith(kFields);
+  RiffMemory whole(GetParam().bytes);
+  const bool written = Save(*item, whole, llfQuillmere);
+  ASSERT_EQ(written, GetParam().written);
+  if (!written) {
+    EXPECT_EQ(whole.bytes, GetParam().bytes);
+    return;
+  }
+  const std::string others = Others(RiffMemory(GetParam().bytes));
+  ExpectIntact(whole, others, "whole");
+  constexpr std::size_t kStride = 13;  // smaller than what the lengths and heads take
+  for (std::size_t budget = 0; budget < whole.written; budget += kStride) {
+    RiffMemory cut(GetParam().bytes);
+    cut.budget = budget;
+    ASSERT_FALSE(Save(*item, cut, llfQuillmere));
+    ExpectIntact(cut, others, std::to_string(budget));
+    // Saved again, it is what it would have been.
+    cut.budget = std::string::npos;
+    cut.unflushed = 0;
+    ASSERT_TRUE(Save(*item, cut, llfQuillmere)) << budget;
+    ASSERT_TRUE(cut.bytes == whole.bytes) << budget;
+  }
+}
+
+}  // namespace
+}  // namespace qm
