@@ -21,8 +21,8 @@ using MpegFile = TagLib::MPEG::File;
 constexpr const char* kNewerFrames[] = {"ASPI", "EQU2", "RVA2", "SEEK", "SIGN", "TDRL", "TDTG",
                                         "TMOO", "TPRO", "TSOA", "TSOT", "TSST", "TSOP"};
 
-TagLib::ID3v2::Version VersionToWrite(const TagLib::ID3v2::Tag& tag) {
-  if (tag.header()->majorVersion() >= 4 && !tag.isEmpty()) return TagLib::ID3v2::v4;
+TagLib::ID3v2::Version VersionToWrite(const TagLib::ID3v2::Tag& tag, bool isNew) {
+  if (!isNew && tag.header()->majorVersion() >= 4) return TagLib::ID3v2::v4;
   for (const char* id : kNewerFrames)
     if (!tag.frameList(id).isEmpty()) return TagLib::ID3v2::v4;
   return TagLib::ID3v2::v3;
@@ -34,30 +34,36 @@ class OpenMpegTags : public OpenTags {
       : m_stream(path.c_str(), access == TagAccess::read),
         m_file(&m_stream, TagLib::ID3v2::FrameFactory::instance(), true, TagLib::AudioProperties::Fast) {
     if (!m_file.isValid() || m_file.audioProperties() == nullptr) return;
+    m_isNew = !m_file.hasID3v2Tag();
     m_channelMode = m_file.audioProperties()->channelMode();
+    m_kinds = KindsFound();
     if (access == TagAccess::write) m_kinds = KindsToWrite(mode);
-    if (Has(MpegFile::ID3v2, m_file.hasID3v2Tag())) Add(*m_file.ID3v2Tag(true));
-    if (Has(MpegFile::APE, m_file.hasAPETag())) Add(*m_file.APETag(true));
-    if (!Has(MpegFile::ID3v1, m_file.hasID3v1Tag())) return;
-    Add(*m_file.ID3v1Tag(true));
-    m_numbersGenres = m_carriers.back().get();
+    if (m_kinds & MpegFile::ID3v2) Add(*m_file.ID3v2Tag(true), m_file.hasID3v2Tag());
+    if (m_kinds & MpegFile::APE) Add(*m_file.APETag(true), m_file.hasAPETag());
+    if (!(m_kinds & MpegFile::ID3v1)) return;
+    Add(*m_file.ID3v1Tag(true), m_file.hasID3v1Tag());
+    m_numbersGenres = m_carriers.back().carrier.get();
   }
 
   bool Save() override {
-    const auto version = m_kinds & MpegFile::ID3v2 ? VersionToWrite(*m_file.ID3v2Tag()) : TagLib::ID3v2::v3;
+    const auto version =
+        m_kinds & MpegFile::ID3v2 ? VersionToWrite(*m_file.ID3v2Tag(), m_isNew) : TagLib::ID3v2::v3;
     return m_file.save(m_kinds, TagLib::File::StripNone, version, TagLib::File::DoNotDuplicate);
   }
 
  private:
-  bool Has(int kind, bool found) const { return found || (m_kinds & kind) != 0; }
   template <class Tag>
-  void Add(Tag& tag) {
-    m_carriers.push_back(MakeTagCarrier(tag));
+  void Add(Tag& tag, bool found) {
+    m_carriers.push_back({MakeTagCarrier(tag), !found});
+  }
+
+  int KindsFound() const {
+    return (m_file.hasID3v2Tag() ? MpegFile::ID3v2 : 0) | (m_file.hasAPETag() ? MpegFile::APE : 0) |
+           (m_file.hasID3v1Tag() ? MpegFile::ID3v1 : 0);
   }
 
   int KindsToWrite(enTagMode mode) const {
-    int kinds = (m_file.hasID3v2Tag() ? MpegFile::ID3v2 : 0) | (m_file.hasAPETag() ? MpegFile::APE : 0) |
-                (m_file.hasID3v1Tag() ? MpegFile::ID3v1 : 0);
+    int kinds = KindsFound();
     if (mode == etmID3v1) kinds |= MpegFile::ID3v1;
     if (mode == etmID3v2 || kinds == 0) kinds |= MpegFile::ID3v2;
     return kinds;
@@ -66,13 +72,14 @@ class OpenMpegTags : public OpenTags {
   TagLib::FileStream m_stream;
   MpegFile m_file;
   int m_kinds = 0;
+  bool m_isNew = false;  // its ID3v2 tag
 };
 
 class OpenVorbisTags : public OpenTags {
  public:
   OpenVorbisTags(const std::string& path, TagAccess access)
       : m_stream(path.c_str(), access == TagAccess::read), m_file(&m_stream, false) {
-    if (m_file.isValid() && m_file.tag() != nullptr) m_carriers.push_back(MakeTagCarrier(*m_file.tag()));
+    if (m_file.isValid() && m_file.tag() != nullptr) m_carriers.push_back({MakeTagCarrier(*m_file.tag())});
   }
   bool Save() override { return !m_carriers.empty() && m_file.save(); }
 
@@ -84,24 +91,26 @@ class OpenVorbisTags : public OpenTags {
 }  // namespace
 
 std::string OpenTags::Text(enTagField field) const {
-  for (const auto& carrier : m_carriers)
-    if (std::string text = carrier->Text(field); !text.empty()) return text;
+  for (const Carried& each : m_carriers)
+    if (std::string text = each.carrier->Text(field); !text.empty()) return text;
   return {};
 }
 
 bool OpenTags::Put(const TagFields& fields, std::int32_t genreNumber) {
   bool changes = false;
-  for (const auto& carrier : m_carriers)
-    for (std::int32_t i = 0; i < kTagFields; ++i) {
-      const auto field = static_cast<enTagField>(i);
+  for (std::int32_t i = 0; i < kTagFields; ++i) {
+    const auto field = static_cast<enTagField>(i);
+    const bool same = SameTagText(field, Text(field), fields.Text(field));
+    for (const auto& [carrier, isNew] : m_carriers) {
+      if (same && !isNew) continue;
       std::string text = fields.Text(field);
       if (field == etfGenre && carrier.get() == m_numbersGenres && GenreNumber(text) == kUnlistedGenre)
         text = GenreName(genreNumber);
       const std::string before = carrier->Text(field);
-      if (SameTagText(field, before, text)) continue;
       carrier->SetText(field, text);
       changes = changes || carrier->Text(field) != before;
     }
+  }
   return changes;
 }
 

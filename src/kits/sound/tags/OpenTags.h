@@ -18,14 +18,18 @@ class OpenTags {
 
   std::string Text(enTagField field) const;
   std::int32_t ChannelMode() const { return m_channelMode; }
-  // Puts the fields into every tag; the number for a genre that has no number of its own. True when that
-  // changes anything.
+  // Puts the fields that differ from what the tags say into every tag, and all into one that is added; the
+  // number for a genre that has no number of its own. True when that changes anything.
   bool Put(const TagFields& fields, std::int32_t genreNumber);
   virtual bool Save() = 0;
 
  protected:
-  std::vector<std::unique_ptr<TagCarrier>> m_carriers;  // the fullest first
-  TagCarrier* m_numbersGenres = nullptr;                // that of them which knows genres by number only
+  struct Carried {
+    std::unique_ptr<TagCarrier> carrier;
+    bool isNew = false;  // the file has no such tag yet
+  };
+  std::vector<Carried> m_carriers;        // the fullest first
+  TagCarrier* m_numbersGenres = nullptr;  // that of them which knows genres by number only
   std::int32_t m_channelMode = 0;
 };
 

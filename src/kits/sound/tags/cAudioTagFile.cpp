@@ -36,6 +36,7 @@ bool cAudioTagFile::Open(const std::string& path) try {
   m_path = path;
   m_format = reader->Format();
   m_milliseconds = static_cast<double>(reader->Length()) / m_format.SampleRate() * 1000;
+  m_frames = reader->Length();
   m_fields = {};
   m_channelMode = 0;
   m_genreNumber = kNoGenre;
@@ -68,7 +69,7 @@ bool cAudioTagFile::Save() try {
     if (!tags->Save()) return false;
   }
   // The library of tags does not tell of a disk that was full.
-  return FramesIn(copy) == FramesIn(m_path) && !target.Commit();
+  return FramesIn(copy) == m_frames && !target.Commit();
 } catch (const std::exception&) {
   return false;
 }

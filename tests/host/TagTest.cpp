@@ -1,0 +1,104 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <nlohmann/json.hpp>
+
+#include "ProgramRun.h"
+
+namespace qm {
+namespace {
+
+using namespace test;
+using Json = nlohmann::ordered_json;
+
+class TagProgram : public testing::Test {
+ protected:
+  void SetUp() override {
+    WriteBytes(m_folder.File("in.wav"), Wav16(Noise16(2 * 44100, 0.3), 44100, 2));
+    ASSERT_TRUE(
+        InFolder("mkdir -p sub/deep && lame --quiet -t in.wav sub/b.mp3 && sox in.wav sub/deep/a.ogg && "
+                 "ffmpeg -v error -i in.wav -c:a wmav2 sub/c.wma && "
+                 "lame --quiet -t --id3v1-only --tt Old --ta Ella --tg Rock in.wav 'v=1.mp3'"));
+    WriteBytes(m_folder.File("sub/notes.txt"), "no audio");
+  }
+  bool InFolder(const std::string& command) const {
+    return RunCommand("cd " + Quoted(m_folder.Path()) + " && " + command);
+  }
+  // What another program says of a file.
+  std::string Told(const std::string& command) const {
+    return InFolder(command + " >told") ? ReadBytes(m_folder.File("told")) : "";
+  }
+
+  TempFolder m_folder;
+};
+
+TEST_F(TagProgram, SavesIntoEveryFileOfAFolderForOthersToRead) {
+  ASSERT_EQ(chmod(m_folder.File("sub/b.mp3").c_str(), 0640), 0);
+  ProgramRun run(m_folder, Quillmere({"tag", "sub", "in.wav", "ItemTitle=Grüße = Ω", "ArtistName=Ella",
+                                      "CategoryInfo=Jazz"}));
+  EXPECT_EQ(run.Status(), 0) << run.Err();
+  EXPECT_EQ(run.Out(), "sub/b.mp3: saved\nsub/c.wma: saved\nsub/deep/a.ogg: saved\nin.wav: saved\n");
+  EXPECT_EQ(run.Err(), "");
+  const std::string exif = "exiftool -s3 -charset exif=utf8 ";
+  EXPECT_EQ(Told(exif + "-Title -Artist -Genre sub/b.mp3"), "Grüße = Ω\nElla\nJazz\n");
+  EXPECT_EQ(Told(exif + "-Title -Author -Genre sub/c.wma"), "Grüße = Ω\nElla\nJazz\n");
+  EXPECT_EQ(Told(exif + "-Title -Artist -Genre sub/deep/a.ogg"), "Grüße = Ω\nElla\nJazz\n");
+  EXPECT_EQ(Told("ffprobe -v error -show_entries format_tags=title -of default=nk=1:nw=1 sub/b.mp3"),
+            "Grüße = Ω\n");
+  struct stat access {};
+  ASSERT_EQ(stat(m_folder.File("sub/b.mp3").c_str(), &access), 0);
+  EXPECT_EQ(access.st_mode & 07777, 0640U);
+}
+
+TEST_F(TagProgram, TellsWhatWasCutAndWhatHasNoPlaceAndGoesOn) {
+  ProgramRun run(m_folder, Quillmere({"tag", "--json", "v=1.mp3", "none.mp3", "sub/notes.txt", "sub/c.wma",
+                                      "ItemTitle=A title of more than thirty characters", "Extro=0.5004",
+                                      "Composer=C"}));
+  EXPECT_EQ(run.Status(), 1);
+  EXPECT_EQ(Lines(run.Err()),
+            (std::vector<std::string>{"quillmere: 'v=1.mp3' has no place for Extro, Composer",
+                                      "quillmere: there is no file 'none.mp3'",
+                                      "quillmere: 'sub/notes.txt' is not an audio file that can be read"}));
+  EXPECT_EQ(Json::parse(run.Out()), Json::parse(R"({"files": [
+    {"file": "v=1.mp3", "saved": true, "changed": {"ItemTitle": "A title of more than thirty ch"},
+     "lost": ["Extro", "Composer"]},
+    {"file": "none.mp3", "saved": false, "error": "there is no file 'none.mp3'"},
+    {"file": "sub/notes.txt", "saved": false, "error": "'sub/notes.txt' is not an audio file that can be read"},
+    {"file": "sub/c.wma", "saved": true}]})"));
+  EXPECT_EQ(Told("exiftool -s3 -Genre v=1.mp3"), "Rock\n") << "a genre that was there stays";
+}
+
+TEST_F(TagProgram, CarriersAreChosen) {
+  const auto has = [&](const char* chunk) {
+    return ReadBytes(m_folder.File("in.wav")).find(chunk) != std::string::npos;
+  };
+  ProgramRun bext(m_folder, Quillmere({"tag", "in.wav", "Originator=Anna", "--carriers", "bext"}));
+  EXPECT_EQ(bext.Status(), 0) << bext.Err();
+  EXPECT_TRUE(has("bext") && !has("cart"));
+  ProgramRun both(m_folder, Quillmere({"tag", "in.wav", "OutCue=end", "--carriers", "bext,rcs"}));
+  EXPECT_EQ(both.Status(), 0) << both.Err();
+  EXPECT_TRUE(has("cart"));
+}
+
+TEST_F(TagProgram, WrongUsageIsToldBeforeAnythingIsDone) {
+  const std::string before = ReadBytes(m_folder.File("v=1.mp3"));
+  const std::vector<std::string> cases[] = {
+      {"v=1.mp3"},
+      {"Year=1"},
+      {"v=1.mp3", "Yaer=1958"},
+      {"v=1.mp3", "Year=old"},
+      {"v=1.mp3", "TotalLength=5"},
+      {"v=1.mp3", "Year=1958", "in.wav"},
+      {"v=1.mp3", "Year=1958", "--carriers", "list"},
+  };
+  for (std::vector<std::string> words : cases) {
+    words.insert(words.begin(), "tag");
+    ProgramRun run(m_folder, Quillmere(words));
+    EXPECT_EQ(run.Status(), 2) << words.back();
+    EXPECT_EQ(Lines(run.Err()).size(), 1U) << run.Err();
+  }
+  EXPECT_TRUE(ReadBytes(m_folder.File("v=1.mp3")) == before);
+}
+
+}  // namespace
+}  // namespace qm
