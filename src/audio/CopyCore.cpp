@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "audio/CopyDestination.h"
-#include "audio/MixTail.h"
+#include "audio/RetainedAudio.h"
 #include "audio/StoredFrames.h"
 #include "kits/common/Numbers.h"
 #include "kits/sound/dsp/AudioProcessor.h"
@@ -16,7 +16,7 @@ constexpr std::int32_t kWhole = 100;
 }  // namespace
 
 CopyCore::CopyCore(const cCopyAudioFileNCT& copier, const bool& stop, CopySource& source,
-                   const CopyStretch& stretch, CopyDestination& destination, MixTail& retained)
+                   const CopyStretch& stretch, CopyDestination& destination, RetainedAudio& retained)
     : m_events(copier.events),
       m_settings(copier.Choices()),
       m_stop(stop),
@@ -24,7 +24,7 @@ CopyCore::CopyCore(const cCopyAudioFileNCT& copier, const bool& stop, CopySource
       m_stretch(stretch),
       m_destination(destination),
       m_retained(retained),
-      m_blocks(source, stretch, destination.SampleRate(), destination.Channels()) {}
+      m_blocks(source, stretch, destination.DestSampleRate(), destination.DestChannels()) {}
 
 enCopyError CopyCore::Run() {
   if (m_settings.Normalise)
@@ -73,8 +73,8 @@ enCopyError CopyCore::Scan() {
     const std::span<float> block = m_blocks.Block();
     LimitRange(block);
     float first = 0, other = 0;
-    const float level = AudioScanBufferForMaxLevel(block.data(), block.size_bytes(), m_destination.Channels(),
-                                                   first, other, kScanBits);
+    const float level = AudioScanBufferForMaxLevel(block.data(), block.size_bytes(),
+                                                   m_destination.DestChannels(), first, other, kScanBits);
     peak = std::max(peak, static_cast<double>(level));
   }
   m_gain = GainFor(peak);
@@ -117,7 +117,7 @@ std::int64_t CopyCore::NextBlock(bool& tailing) const {
   else if (mixPoint >= 0 && position + block >= mixPoint)
     block = mixPoint - position;
   block = std::min(block, Remaining());
-  const std::size_t held = m_retained.Frames(static_cast<std::size_t>(m_destination.Channels()));
+  const std::size_t held = m_retained.RetainedFrames(static_cast<std::size_t>(m_destination.DestChannels()));
   if (held > 0) block = std::min(block, m_blocks.SourceFramesFor(static_cast<std::int64_t>(held)));
   return block;
 }
@@ -131,7 +131,7 @@ std::unique_ptr<StoredFrames> CopyCore::OpenStored() const {
 }
 
 void CopyCore::CutTop(std::span<float>& block) {
-  const auto channels = static_cast<std::size_t>(m_destination.Channels());
+  const auto channels = static_cast<std::size_t>(m_destination.DestChannels());
   const float level = LevelOfPercent(static_cast<double>(m_settings.AutoTopThreshold));
   block = block.subspan(FramesBelowLevel(block, channels, level) * channels);
   m_topFound = !block.empty();

@@ -10,7 +10,7 @@
 namespace qm {
 
 class CopyDestination;
-class MixTail;
+class RetainedAudio;
 class StoredFrames;
 
 // The copying of one stretch into an open destination: a normalising pass when one is wanted, then the copy.
@@ -19,7 +19,7 @@ class CopyCore {
  public:
   // `stop`: read behind each event; true cancels as a listener does.
   CopyCore(const cCopyAudioFileNCT& copier, const bool& stop, CopySource& source, const CopyStretch& stretch,
-           CopyDestination& destination, MixTail& retained);
+           CopyDestination& destination, RetainedAudio& retained);
 
   enCopyError Run();
   bool SourceBrokeOff() const { return m_blocks.BrokenOff(); }
@@ -44,7 +44,7 @@ class CopyCore {
   CopySource& m_source;
   const CopyStretch& m_stretch;
   CopyDestination& m_destination;
-  MixTail& m_retained;
+  RetainedAudio& m_retained;
   CopyBlocks m_blocks;
   std::vector<float> m_tail;
   double m_gain = 100;  // per cent

@@ -66,8 +66,8 @@ enCopyError CopyDestination::OpenWriter(const std::string& path, const cAudioFor
     if (mode != 0) m_problem = writer->ErrorText();
     return cerDestinationNotCreated;
   }
-  m_writer = std::move(writer);
-  TakeFormat(m_writer->Format());
+  m_destWriter = std::move(writer);
+  TakeFormat(m_destWriter->Format());
   return cerOK;
 }
 
@@ -81,8 +81,8 @@ enCopyError CopyDestination::OpenCompressor(const std::string& path, const cAudi
     m_problem = compressor->ErrorText();
     return cerDestinationNotCreated;
   }
-  m_compressor = std::move(compressor);
-  TakeFormat(m_compressor->Format());
+  m_destCompressor = std::move(compressor);
+  TakeFormat(m_destCompressor->Format());
   return cerOK;
 }
 
@@ -95,43 +95,43 @@ void CopyDestination::TakeFormat(const cAudioFormat& format) {
 
 bool CopyDestination::Written(std::int32_t error, std::size_t frames) {
   if (error == afeNone) m_frames += static_cast<std::int64_t>(frames);
-  if (error != afeNone) m_problem = m_writer ? m_writer->ErrorText() : m_compressor->ErrorText();
+  if (error != afeNone) m_problem = m_destWriter ? m_destWriter->ErrorText() : m_destCompressor->ErrorText();
   return error == afeNone;
 }
 
 bool CopyDestination::Write(std::span<const float> block) {
   const std::size_t frames = m_channels > 0 ? block.size() / static_cast<std::size_t>(m_channels) : 0;
   if (frames == 0) return true;
-  if (m_writer) return Written(m_writer->WriteFrames(block.data(), frames), frames);
-  return m_compressor && Written(m_compressor->WriteFrames(block.data(), frames), frames);
+  if (m_destWriter) return Written(m_destWriter->WriteFrames(block.data(), frames), frames);
+  return m_destCompressor && Written(m_destCompressor->WriteFrames(block.data(), frames), frames);
 }
 
 bool CopyDestination::WriteStored(std::span<const std::uint8_t> stored) {
-  if (!m_writer) return false;
-  const std::int32_t frameBytes = m_writer->Format().BitsPerSample() / 8 * m_channels;
+  if (!m_destWriter) return false;
+  const std::int32_t frameBytes = m_destWriter->Format().BitsPerSample() / 8 * m_channels;
   const std::size_t frames = stored.size() / static_cast<std::size_t>(frameBytes);
-  return Written(m_writer->WriteStored(stored.data(), frames), frames);
+  return Written(m_destWriter->WriteStored(stored.data(), frames), frames);
 }
 
 bool CopyDestination::PassesStored(const cAudioFormat& source) const {
   const std::int32_t bits = source.BitsPerSample(), tag = source.WAVFormatTag();
-  return m_writer && source == m_writer->Format() &&
+  return m_destWriter && source == m_destWriter->Format() &&
          ((tag == wftPCM && bits == 32) || (tag == wftFloat && bits == 64));
 }
 
 bool CopyDestination::Finish() {
-  const auto writer = std::move(m_writer);
-  const auto compressor = std::move(m_compressor);
+  const auto writer = std::move(m_destWriter);
+  const auto compressor = std::move(m_destCompressor);
   if (writer && writer->Close() != afeNone) return m_problem = writer->ErrorText(), false;
   if (compressor && compressor->Close() != afeNone) return m_problem = compressor->ErrorText(), false;
   return true;
 }
 
 void CopyDestination::Abandon() {
-  if (m_writer) m_writer->Abandon();
-  if (m_compressor) m_compressor->Abandon();
-  m_writer.reset();
-  m_compressor.reset();
+  if (m_destWriter) m_destWriter->Abandon();
+  if (m_destCompressor) m_destCompressor->Abandon();
+  m_destWriter.reset();
+  m_destCompressor.reset();
 }
 
 float CopyDestination::Duration() const {

@@ -22,8 +22,8 @@ class CopyDestination {
   CopyDestination& operator=(const CopyDestination&) = delete;
 
   enCopyError Open(const std::string& path, const cAudioFormat& format);
-  bool IsOpen() const { return m_writer || m_compressor; }
-  // Whole frames of Channels() samples; false when the system or the encoder refuses.
+  bool IsOpen() const { return m_destWriter || m_destCompressor; }
+  // Whole frames of DestChannels() samples; false when the system or the encoder refuses.
   bool Write(std::span<const float> block);
   // The same for frames as a file of the destination's format stores them.
   bool WriteStored(std::span<const std::uint8_t> frames);
@@ -35,8 +35,8 @@ class CopyDestination {
   void Abandon();
 
   // As the file really has them.
-  std::int32_t SampleRate() const { return m_sampleRate; }
-  std::int32_t Channels() const { return m_channels; }
+  std::int32_t DestSampleRate() const { return m_sampleRate; }
+  std::int32_t DestChannels() const { return m_channels; }
   // The loudest sample that the file stores unclipped, full scale 1.
   double Ceiling() const { return m_ceiling; }
   float Duration() const;                                   // seconds written, also after it was closed
@@ -49,8 +49,8 @@ class CopyDestination {
   bool Written(std::int32_t error, std::size_t frames);
 
   // At most one is there.
-  std::unique_ptr<cAudioFile> m_writer;
-  std::unique_ptr<VellanCompress> m_compressor;
+  std::unique_ptr<cAudioFile> m_destWriter;
+  std::unique_ptr<VellanCompress> m_destCompressor;
   std::int32_t m_sampleRate = 0, m_channels = 0;
   std::int64_t m_frames = 0;
   double m_ceiling = 1;

@@ -8,7 +8,7 @@
 #include "audio/CopyCore.h"
 #include "audio/CopyDestination.h"
 #include "audio/CopyFormat.h"
-#include "audio/MixTail.h"
+#include "audio/RetainedAudio.h"
 #include "kits/common/Files.h"
 #include "services/Diagnostics.h"
 
@@ -39,7 +39,7 @@ class Busy {
 }  // namespace
 
 cCopyAudioFileNCT::cCopyAudioFileNCT()
-    : m_destination(std::make_unique<CopyDestination>()), m_retained(std::make_unique<MixTail>()) {}
+    : m_destination(std::make_unique<CopyDestination>()), m_retained(std::make_unique<RetainedAudio>()) {}
 
 cCopyAudioFileNCT::~cCopyAudioFileNCT() {
   Terminate();
@@ -161,10 +161,14 @@ enCopyError cCopyAudioFileNCT::CopyOnce(const std::string& sourceFile, const std
   if (const enCopyError error = OpenSource(sourceFile, source)) return error;
   const cAudioFormat wanted = CompleteCopyFormat(format ? *format : cAudioFormat(), source.Format);
   if (const enCopyError error = Create(destFile, &wanted)) return error;
-  const enCopyError error = CopyStretchOf(sourceFile, source, start, end, -1);
-  m_lastError = error;
-  CloseDestination(error == cerOK ? Leave::finish : Leave::abandon);
-  if (error != cerOK) return error;
+  // However this ends, a listener's exception included.
+  const struct AbandonUnlessFinished {
+    cCopyAudioFileNCT& copier;
+    ~AbandonUnlessFinished() { copier.CloseDestination(Leave::abandon); }
+  } guard{*this};
+  if (const enCopyError error = CopyStretchOf(sourceFile, source, start, end, -1)) return error;
+  m_lastError = cerOK;
+  CloseDestination(Leave::finish);
   if (m_lastError == cerOK) duration = source.DurationSeconds;
   return static_cast<enCopyError>(m_lastError);
 }

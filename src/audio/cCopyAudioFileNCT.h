@@ -9,7 +9,7 @@
 namespace qm {
 
 class CopyDestination;
-class MixTail;
+class RetainedAudio;
 class cAudioFormat;
 struct CopySource;
 
@@ -126,7 +126,7 @@ class cCopyAudioFileNCT {
   Settings m_settings;
   std::string m_copyDescription, m_sourceFilename, m_destFileName, m_detail;
   std::unique_ptr<CopyDestination> m_destination;
-  std::unique_ptr<MixTail> m_retained;
+  std::unique_ptr<RetainedAudio> m_retained;
   std::int32_t m_lastError = cerOK;
   bool m_sourceBrokeOff = false;
   bool m_working = false;

@@ -199,6 +199,11 @@ TEST_F(cCopyAudioFileNCTTest, CallsFromAListenerAreRefusedOrWait) {
   EXPECT_EQ(ReadBytes(m_out), "old");
 
   listener.disconnect();
+  listener = m_copier.events.CopyStarted.connect([](bool&) { throw std::runtime_error("no"); });
+  EXPECT_EQ(m_copier.CopyAudioFile(source, m_out, nullptr), -14);
+  EXPECT_EQ(m_copier.DestFileName() + ReadBytes(m_out), "old");
+
+  listener.disconnect();
   m_copier.events.CopyFinished.connect([&] { m_copier.FinishDestAudioFile(); });
   ASSERT_EQ(m_copier.CreateDestinationFile(m_out, WavFormat(8000, 1)), 0);
   EXPECT_EQ(m_copier.AddFile(source), 0);

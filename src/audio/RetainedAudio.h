@@ -7,9 +7,9 @@ namespace qm {
 
 // The end of one source that is held back to be mixed under the start of the next; interleaved in the
 // destination's channels, full scale 1.
-class MixTail {
+class RetainedAudio {
  public:
-  std::size_t Frames(std::size_t channels) const { return Samples().size() / channels; }
+  std::size_t RetainedFrames(std::size_t channels) const { return Samples().size() / channels; }
   std::span<const float> Samples() const { return std::span(m_samples).subspan(m_used); }
 
   // Mixes what is held back into the block from its first sample on, both at that volume in per cent, and

@@ -1,4 +1,4 @@
-#include "audio/MixTail.h"
+#include "audio/RetainedAudio.h"
 
 #include <algorithm>
 
@@ -6,20 +6,20 @@
 
 namespace qm {
 
-void MixTail::MixUnder(std::span<float> block, double volumePercent) {
+void RetainedAudio::MixUnder(std::span<float> block, double volumePercent) {
   MixInto(block, Samples(), volumePercent);
   m_used += std::min(block.size(), Samples().size());
   if (Samples().empty()) Clear();
 }
 
-void MixTail::Prepend(std::vector<float> samples) {
+void RetainedAudio::Prepend(std::vector<float> samples) {
   const auto rest = Samples();
   samples.insert(samples.end(), rest.begin(), rest.end());
   m_samples = std::move(samples);
   m_used = 0;
 }
 
-void MixTail::Clear() {
+void RetainedAudio::Clear() {
   m_samples = {};
   m_used = 0;
 }
