@@ -22,9 +22,64 @@ TEST(InfoProgram, TellsFormatLengthAndItem) {
                "BitsPerSample": 16, "WAVFormatTag": 1, "NumberSamples": 4851, "LengthMilliseconds": 220.0},
     "item": {"Reference": "Blue \"Skies\".wav", "AudioFileName": "Blue \"Skies\".wav", "AudioFileLength": 19448,
              "AudioFileExists": true, "AudioFileType": 2, "ItemTitle": "Blue \"Skies\"", "LoopStart": 0, "LoopEnd": 0,
-             "TotalLength": 0.22, "AudioEnd": [0.22, 0.22, 0.22], "Extro": [0.22, 0.22, 0.22]},
-    "markers": [], "chunks": [], "tags": []})");
+             "TotalLength": 0.22, "ScheduledLength": 0, "AudioEnd": [0.22, 0.22, 0.22], "Extro": [0.22, 0.22, 0.22]},
+    "markers": [], "chunks": [{"Name": "fmt ", "Type": "", "StartOfData": 20, "Length": 16},
+                              {"Name": "data", "Type": "", "StartOfData": 44, "Length": 19404}], "tags": []})");
   EXPECT_EQ(told, expected) << told.dump(2);
+}
+
+// A WAV file with a text, and with a marker beside it.
+void WriteFull(const TempFolder& folder, const std::string& name) {
+  std::string wave = Wav16(Noise16(1000), 1000, 1);
+  wave += Chunk("LIST", "INFO" + Chunk("IART", "B\xE9nny\nand band"));
+  WriteBytes(folder.File(name), Chunk("RIFF", wave.substr(8)));
+  WriteBytes(folder.File(name + ".pmk"), "Here" + std::string(124, ' ') + LittleEndian(500, 4) +
+                                             LittleEndian(20, 4) + LittleEndian(1, 4) +
+                                             std::string(116, '\0'));
+}
+
+TEST(InfoProgram, TellsMarkersChunksAndTags) {
+  TempFolder folder;
+  WriteFull(folder, "--full.wav");
+  ProgramRun json(folder, Quillmere({"info", "--json", "--", "--full.wav"}));
+  ASSERT_EQ(json.Status(), 0) << json.Err();
+  Json told = Json::parse(json.Out());
+  EXPECT_EQ(told["item"]["ArtistName"], Json::parse(R"(["B\u00e9nny\nand band", "", ""])"));
+  EXPECT_EQ(told["tags"], Json::parse(R"([{"ParentTag": "LIST", "TagName": "IART", "FriendlyName": "Artist",
+                                           "Data": "B\u00e9nny\nand band"}])"));
+  EXPECT_EQ(told["chunks"][2],
+            Json::parse(R"({"Name": "LIST", "Type": "INFO", "StartOfData": 2052, "Length": 26})"));
+  told["markers"][0].erase("Guid");
+  EXPECT_EQ(told["markers"],
+            Json::parse(R"([{"Title": "Here", "StartSample": 500, "Duration": 20, "MarkerType": 1,
+                                              "flags": 0, "MarkerColour": 65535}])"));
+  ProgramRun table(folder, Quillmere({"info", "./--full.wav"}));
+  ASSERT_EQ(table.Status(), 0) << table.Err();
+  for (const char* part :
+       {"ArtistName", "B\xC3\xA9nny\n       ", "Here", "0:00.50", "LIST INFO", "data", "LIST IART"})
+    EXPECT_NE(table.Out().find(part), std::string::npos) << part << " in\n" << table.Out();
+}
+
+TEST(InfoProgram, GoesThroughFoldersWhateverIsInThem) {
+  TempFolder folder;
+  std::filesystem::create_directories(folder.File("a/b"));
+  WriteFull(folder, "a/b/one.WAV");
+  WriteFull(folder, "a/t\nw\xE9o.wav");
+  WriteBytes(folder.File("a/notes.txt"), "no audio");
+  WriteBytes(folder.File("a/bad.wav"), "RIFF");
+  WriteBytes(folder.File("a/empty.mp3"), "");
+  std::filesystem::create_directory_symlink(folder.File("a"), folder.File("a/b/loop"));
+  std::filesystem::create_directory(folder.File("a/folder.wav"));
+  ProgramRun run(folder, Quillmere({"info", "a", "gone.wav", "a/b/one.WAV", "--json"}));
+  EXPECT_EQ(run.Status(), 1);
+  std::vector<std::string> files;
+  for (const std::string& line : Lines(run.Out())) files.push_back(Json::parse(line)["file"]);
+  EXPECT_EQ(files, (std::vector<std::string>{"a/b/one.WAV", "a/t\nw\xEF\xBF\xBDo.wav", "a/b/one.WAV"}));
+  const auto errors = Lines(run.Err());
+  ASSERT_EQ(errors.size(), 3u) << run.Err();
+  const char* const bad[] = {"a/bad.wav", "a/empty.mp3", "gone.wav"};
+  for (std::size_t i = 0; i < errors.size(); ++i)
+    EXPECT_NE(errors[i].find(bad[i]), std::string::npos) << errors[i];
 }
 
 TEST(DevicesProgram, WorksWithoutASoundServer) {
