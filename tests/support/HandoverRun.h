@@ -1,14 +1,17 @@
 #pragma once
+#include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "contract/IPlayerCallback.h"
@@ -16,6 +19,8 @@
 #include "kits/common/Clock.h"
 #include "kits/common/Registry.h"
 #include "kits/sound/cAudioFile.h"
+#include "kits/sound/devices/ClockOutput.h"
+#include "kits/sound/devices/LiveDevice.h"
 #include "kits/sound/engine/AudioEngine.h"
 #include "kits/sound/engine/OfflineDevice.h"
 #include "playback/cBasePlayer.h"
@@ -28,13 +33,12 @@
 // each from the frame at which the one before reaches its extro.
 namespace qm::test {
 
-// An engine with one offline device into a sink, and settings that lead player 1 to it.
-struct OfflineRig : IPlayerCallback {
+// An engine with one output, and settings that lead player 1 to it.
+struct ListRig : IPlayerCallback {
   static constexpr std::int32_t kRate = 44100;
 
-  explicit OfflineRig(std::unique_ptr<FrameSink> sink) : engine(AudioEngine::Create({}, 0.05)) {
-    const std::int32_t device = engine->AddOutput(
-        std::make_unique<OfflineDevice>("offline", std::move(sink), OutputFormat{kRate, 2}));
+  explicit ListRig(std::unique_ptr<Device> output) : engine(AudioEngine::Create({}, 0.05)) {
+    const std::int32_t device = engine->AddOutput(std::move(output));
     platform = std::make_shared<const Platform>(Platform{SystemClock(), MemoryRegistry(), nullptr, engine});
     settings = std::make_shared<cAudioSettings>(platform, engine);
     settings->SetMaxPlayers(1);
@@ -56,6 +60,35 @@ struct OfflineRig : IPlayerCallback {
   std::shared_ptr<AudioEngine> engine;
   std::shared_ptr<const Platform> platform;
   std::shared_ptr<cAudioSettings> settings;
+};
+
+inline std::unique_ptr<Device> Offline(std::unique_ptr<FrameSink> sink) {
+  return std::make_unique<OfflineDevice>("offline", std::move(sink), OutputFormat{ListRig::kRate, 2});
+}
+
+// A clock that keeps the first `frames` frames it pulls.
+class KeepingClock : public ClockOutput, private FrameSource {
+ public:
+  KeepingClock(std::vector<float>& kept, std::size_t frames) : m_kept(kept) { m_kept.reserve(2 * frames); }
+  bool Open(const OutputShape& wanted, enOutputMatch match, std::string& errorText) override {
+    OutputShape shape = wanted;
+    shape.format = {ListRig::kRate, 2};
+    return ClockOutput::Open(shape, match, errorText);
+  }
+  bool Start(FrameSource& source, std::string& errorText) override {
+    m_source = &source;
+    return ClockOutput::Start(*this, errorText);
+  }
+
+ private:
+  void Pull(float* interleaved, std::size_t frames) noexcept override {
+    m_source->Pull(interleaved, frames);
+    if (m_kept.size() + 2 * frames <= m_kept.capacity())
+      m_kept.insert(m_kept.end(), interleaved, interleaved + 2 * frames);
+  }
+
+  std::vector<float>& m_kept;
+  FrameSource* m_source = nullptr;
 };
 
 // An entry, and what it sounds like alone.
@@ -155,18 +188,18 @@ class Palette {
     const double from = static_cast<double>(piece.type == hlitHook ? item.HookStart(1) : item.AudioStart(1));
     const double to = piece.type == hlitHook ? static_cast<double>(item.HookEnd(1)) - 0.1
                                              : static_cast<double>(item.Extro(1));
-    const double scale = double{OfflineRig::kRate} / rate * static_cast<double>(item.TimeStretchRatio());
+    const double scale = double{ListRig::kRate} / rate * static_cast<double>(item.TimeStretchRatio());
     const double way = std::rint(to * rate) - std::rint(from * rate);
     piece.handover = static_cast<std::int64_t>(std::rint(way * scale));
     // Hooks hand over at the first report of the position at or behind the point; those are 40 ms apart.
-    piece.latest = piece.handover + OfflineRig::kRate / 25 + 1;
+    piece.latest = piece.handover + ListRig::kRate / 25 + 1;
     if (piece.type == hlitHook) piece.handover -= 2;
     Listen(piece);
     return piece;
   }
 
   static void Listen(Piece& piece) {
-    OfflineRig rig(std::make_unique<KeepingSink>(piece.sound));
+    ListRig rig(Offline(std::make_unique<KeepingSink>(piece.sound)));
     auto player = std::make_shared<cBasePlayer>(rig.platform);
     player->SetPlayerCallback(rig.Owner());
     player->InitPlayer(1, rig.settings);
@@ -198,36 +231,43 @@ struct HandoverOutcome {
   std::size_t wrongFrames = 0;  // frames that are not the sum of what should sound there
   std::int64_t lostFrames = 0;  // what should have been heard, less what was
   int mostFilesOpen = 0;
+  AudioEngine::Misses misses;
   double residentEarly = 0, residentLate = 0;  // megabytes, after a tenth and at the end
 };
 
 class HandoverRun {
  public:
+  // As fast as the processor allows.
   HandoverOutcome Play(Palette& palette, std::size_t entries) {
-    OfflineRig rig(std::make_unique<CheckingSink>(*this));
-    auto list = std::make_shared<cListPlayer>(rig.platform);
-    list->SetPlayerCallback(rig.Owner());
-    list->InitListPlayer(1, rig.settings);
-    m_order.clear();
-    for (std::size_t i = 0; i < entries; ++i) {
-      m_order.push_back(&palette.pieces[palette.Next() % palette.pieces.size()]);
-      list->AddItem(m_order.back()->item, m_order.back()->type);
-    }
-    list->events.PlayerEvent.connect(
-        [&](std::int32_t event, std::string&, float&, float&, std::string&, std::string&) {
-          if (event != pePlayerListCurrentItemChanged) return;
-          Begin(rig.engine->Frame());
-          m_outcome.mostFilesOpen = std::max(m_outcome.mostFilesOpen, palette.FilesOpen());
-          if (m_starts.size() == entries / 10 + 2) m_outcome.residentEarly = Resident();
-        });
-    m_starts = {0};
-    if (!list->PlayItems()) return {};
+    ListRig rig(Offline(std::make_unique<CheckingSink>(*this)));
+    const auto list = Begin(rig, palette, entries);
     rig.Run();
-    m_outcome.residentLate = Resident();
-    m_outcome.handovers = m_starts.size() - 1;
-    m_outcome.lostFrames =
-        m_starts.back() + static_cast<std::int64_t>(m_order[m_starts.size() - 1]->sound.size() / 2) - m_heard;
-    if (list->Status() != psClosed) m_outcome.lostFrames = INT64_MAX;
+    Finish(*list);
+    return m_outcome;
+  }
+
+  // On a clock, by a host that comes late by a random time of up to `delay`.
+  HandoverOutcome PlayLive(Palette& palette, std::size_t entries, std::chrono::milliseconds delay) {
+    std::vector<float> heard;
+    {
+      ListRig rig(std::make_unique<LiveDevice>(
+          "clock", std::make_unique<KeepingClock>(heard, entries * ListRig::kRate)));
+      const auto list = Begin(rig, palette, entries);
+      while (list->Status() != psClosed) {
+        pollfd wake{rig.engine->WaitDescriptor(), POLLIN, 0};
+        poll(&wake, 1, 100);
+        std::this_thread::sleep_for(delay * (palette.Next() % 1000) / 1000);
+        rig.engine->Pump();
+      }
+      m_outcome.misses = rig.engine->CountMisses();
+    }
+    // The clock pulls before anything sounds: what is heard first is the beginning of the first piece.
+    const std::ptrdiff_t lead = FirstSound(heard) - FirstSound(m_order[0]->sound);
+    m_heard = m_starts.front();
+    for (auto at = static_cast<std::size_t>(std::max<std::ptrdiff_t>(lead, 0)); 2 * at + 512 <= heard.size();
+         at += 256)
+      Check(heard.data() + 2 * at, 256);
+    Finish(*m_list);
     return m_outcome;
   }
 
@@ -246,7 +286,40 @@ class HandoverRun {
     HandoverRun& m_run;
   };
 
-  void Begin(std::int64_t frame) {
+  std::shared_ptr<cListPlayer> Begin(ListRig& rig, Palette& palette, std::size_t entries) {
+    m_list = std::make_shared<cListPlayer>(rig.platform);
+    m_list->SetPlayerCallback(rig.Owner());
+    m_list->InitListPlayer(1, rig.settings);
+    for (std::size_t i = 0; i < entries; ++i) {
+      m_order.push_back(&palette.pieces[palette.Next() % palette.pieces.size()]);
+      m_list->AddItem(m_order.back()->item, m_order.back()->type);
+    }
+    m_list->events.PlayerEvent.connect(
+        [&rig, &palette, this](std::int32_t event, std::string&, float&, float&, std::string&, std::string&) {
+          if (event == pePlaying) m_starts = {rig.engine->Frame()};
+          if (event != pePlayerListCurrentItemChanged) return;
+          TakeHandover(rig.engine->Frame());
+          m_outcome.mostFilesOpen = std::max(m_outcome.mostFilesOpen, palette.FilesOpen());
+          if (m_starts.size() == m_order.size() / 10 + 2) m_outcome.residentEarly = Resident();
+        });
+    m_list->PlayItems();
+    return m_list;
+  }
+
+  void Finish(const cListPlayer& list) {
+    m_outcome.residentLate = Resident();
+    m_outcome.handovers = m_starts.size() - 1;
+    const std::vector<float>& last = m_order[m_starts.size() - 1]->sound;
+    m_outcome.lostFrames = m_starts.back() + static_cast<std::int64_t>(last.size() / 2) - m_heard;
+    if (list.Status() != psClosed) m_outcome.lostFrames = INT64_MAX;
+  }
+
+  static std::ptrdiff_t FirstSound(const std::vector<float>& frames) {
+    const auto first = std::find_if(frames.begin(), frames.end(), [](float value) { return value != 0; });
+    return (first - frames.begin()) / 2;
+  }
+
+  void TakeHandover(std::int64_t frame) {
     const Piece& before = *m_order[m_starts.size() - 1];
     const std::int64_t passed = frame - m_starts.back();
     const bool right = before.type == hlitHook ? passed >= before.handover && passed <= before.latest
@@ -257,11 +330,14 @@ class HandoverRun {
 
   void Check(const float* interleaved, std::size_t frames) {
     m_expected.assign(frames * 2, 0);
-    for (std::size_t i = m_starts.size(); i-- > 0 && m_starts.size() - i <= 4;) {
+    const auto end = [this](std::size_t i) {
+      return m_starts[i] + static_cast<std::int64_t>(m_order[i]->sound.size() / 2);
+    };
+    while (m_first + 1 < m_starts.size() && end(m_first) <= m_heard) ++m_first;
+    for (std::size_t i = m_first; i < m_starts.size(); ++i) {
       const std::vector<float>& sound = m_order[i]->sound;
       const std::int64_t from = std::max(m_starts[i], m_heard);
-      const std::int64_t to = std::min(m_starts[i] + static_cast<std::int64_t>(sound.size() / 2),
-                                       m_heard + static_cast<std::int64_t>(frames));
+      const std::int64_t to = std::min(end(i), m_heard + static_cast<std::int64_t>(frames));
       for (std::int64_t s = 2 * from; s < 2 * to; ++s)
         m_expected[static_cast<std::size_t>(s - 2 * m_heard)] +=
             sound[static_cast<std::size_t>(s - 2 * m_starts[i])];
@@ -281,6 +357,8 @@ class HandoverRun {
   }
 
   HandoverOutcome m_outcome;
+  std::shared_ptr<cListPlayer> m_list;
+  std::size_t m_first = 0;  // that may still sound
   std::vector<const Piece*> m_order;
   std::vector<std::int64_t> m_starts;
   std::vector<float> m_expected;
