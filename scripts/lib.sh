@@ -6,7 +6,7 @@
 packages_build=(
   g++ cmake ninja-build pkg-config ccache
   libsigc++-3.0-dev libavformat-dev libavcodec-dev libavutil-dev libsoxr-dev librubberband-dev librtaudio-dev libtag1-dev
-  libfmt-dev libpugixml-dev libcli11-dev nlohmann-json3-dev
+  libcairo2-dev libfmt-dev libpugixml-dev libcli11-dev nlohmann-json3-dev
   libgtest-dev libgmock-dev librapidcheck-dev
 )
 packages_test=(ffmpeg sox lame twolame espeak-ng pulseaudio pulseaudio-utils jackd2 python3-mutagen
