@@ -1,0 +1,119 @@
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+
+#include "ProgramRun.h"
+#include "cli/RecordView.h"
+#include "cli/TerminalText.h"
+#include "kits/sound/devices/DeviceBench.h"
+#include "kits/sound/record/RecordBench.h"
+
+namespace qm::cli {
+namespace {
+
+using namespace test;
+using testing::HasSubstr;
+
+struct Asked {
+  std::vector<std::string> words;
+  int status;
+  const char* says;
+};
+
+TEST(Record, RefusesInOneLine) {
+  const TempFolder folder;
+  WriteBytes(folder.File("in.wav"), Wav16(Ramp16(800), 8000, 1));
+  for (const Asked& asked : {
+           Asked{{}, 2, "FILE"},
+           Asked{{"a.xyz"}, 2, "names no type"},
+           Asked{{"a.wav", "--rate", "48000"}, 2, "48000"},
+           Asked{{"a.wav", "--bitrate", "128"}, 2, "compressed"},
+           Asked{{"a.mp3", "--bits", "24"}, 2, "WAV only"},
+           Asked{{"a.wav", "--trigger-time", "1"}, 2, "--trigger only"},
+           Asked{{"a.wav", "--device", "wav:"}, 2, "path"},
+           Asked{{"a.wav", "--device", "wav:none.wav"}, 1, "none.wav"},
+           Asked{{"a.wav", "--device", "Nowhere"}, 1, "no input 'Nowhere'"},
+           Asked{{"no/a.wav", "--device", "wav:in.wav"}, 1, "no such folder"},
+           Asked{{"a.mp2", "--device", "wav:in.wav", "--rate", "11025"}, 1, "11025"},
+       }) {
+    auto words = asked.words;
+    words.insert(words.begin(), "record");
+    ProgramRun run(folder, Quillmere(words));
+    EXPECT_EQ(run.Status(), asked.status) << run.Err();
+    EXPECT_EQ(Lines(run.Err()).size(), 1u) << run.Err();
+    EXPECT_THAT(run.Err(), HasSubstr(asked.says));
+    EXPECT_EQ(run.Out(), "");
+  }
+}
+
+TEST(Record, TakesAFileFrameByFrameAndOtherToolsReadIt) {
+  const TempFolder folder;
+  const auto samples = Noise16(44100 * 3 * 2);
+  WriteBytes(folder.File("in.wav"), Wav16(samples, 44100, 2));
+  ProgramRun run(folder, Quillmere({"record", "a.wav", "--device", "wav:in.wav", "--json"}));
+  ASSERT_EQ(run.Status(), 0) << run.Err();
+  const auto told = nlohmann::json::parse(run.Out());
+  EXPECT_EQ(told["seconds"], 3.0);
+  EXPECT_EQ(told["kept"], true);
+  EXPECT_TRUE(RunCommand("cd " + Quoted(folder.Path()) +
+                         " && sox in.wav -t raw in.raw && sox a.wav -t raw a.raw && cmp in.raw a.raw"));
+  ProgramRun part(folder, Quillmere({"record", "a.ogg", "--device", "wav:in.wav", "--seconds", "1.25"}));
+  ASSERT_EQ(part.Status(), 0) << part.Err();
+  EXPECT_THAT(part.Out(), HasSubstr("recorded a.ogg  0:01.25  Ogg 44100 Hz stereo 128 kbit/s"));
+  EXPECT_TRUE(RunCommand("test $(soxi -s " + Quoted(folder.File("a.ogg")) + ") = 55125"));
+}
+
+// A sound server of the test's own, in whose monitor there is silence to record.
+class RecordLive : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!RunCommand("command -v pulseaudio")) GTEST_SKIP() << "pulseaudio is not installed";
+    server = std::make_unique<ProgramRun>(
+        folder, std::vector<std::string>{"/usr/bin/pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1",
+                                         "--use-pid-file=no", "--log-target=stderr", "-L",
+                                         "module-null-sink sink_name=probe rate=44100 channels=2", "-L",
+                                         "module-native-protocol-unix"});
+    ASSERT_TRUE(WaitFor([this] { return std::filesystem::exists(folder.File("pulse/native")); }));
+  }
+  double SecondsIn(const std::string& name) const {
+    return static_cast<double>(FramesOf(folder.File(name)).size()) / 2 / 44100;
+  }
+
+  TempFolder folder;
+  std::unique_ptr<ProgramRun> server;
+};
+
+TEST_F(RecordLive, AKilledRecordingIsReadableInEveryType) {
+  for (const std::string name : {"a.wav", "a.mp3", "a.mp2", "a.ogg", "a.wma"}) {
+    ProgramRun run(folder, Quillmere({"record", name}));
+    ASSERT_TRUE(WaitFor([&] { return SecondsIn(name) >= 1; })) << run.Err();
+    run.Signal(SIGKILL);
+    EXPECT_EQ(run.Status(), -SIGKILL);
+    EXPECT_GE(SecondsIn(name), 1);
+    EXPECT_TRUE(RunCommand("ffmpeg -v error -xerror -i " + Quoted(folder.File(name)) + " -f null -")) << name;
+  }
+  // Of what was on the disk, the header of the WAV file leaves out less than a second.
+  const double onDisk = static_cast<double>(std::filesystem::file_size(folder.File("a.wav"))) / 4 / 44100;
+  EXPECT_LT(onDisk - SecondsIn("a.wav"), 1);
+}
+
+TEST_F(RecordLive, AnInterruptSaves) {
+  ProgramRun run(folder, Quillmere({"record", "a.wav"}));
+  ASSERT_TRUE(WaitFor([&] { return SecondsIn("a.wav") > 0; })) << run.Err();
+  run.Signal(SIGINT);
+  EXPECT_EQ(run.Status(), 0) << run.Err();
+  EXPECT_THAT(run.Out(), HasSubstr("recorded a.wav"));
+  EXPECT_TRUE(RunCommand("soxi " + Quoted(folder.File("a.wav"))));
+}
+
+TEST(RecordView, FitsEveryWidthAndAsksBeforeItDiscards) {
+  RecordState state{rsRecording, 3723.5f, 1800, 32767, 0, false};
+  EXPECT_THAT(DrawRecording(state, 200),
+              HasSubstr("recording 1:02:03.50  L ################   0.0  R ......"));
+  for (std::size_t width = 1; width < 120; ++width) EXPECT_LE(TextWidth(DrawRecording(state, width)), width);
+  state.asking = true;
+  EXPECT_THAT(DrawRecording(state, 200), HasSubstr("discard"));
+}
+
+}  // namespace
+}  // namespace qm::cli
