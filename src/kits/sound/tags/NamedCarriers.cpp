@@ -9,7 +9,7 @@ namespace qm {
 
 namespace {
 
-// Vorbis comments: the field names of the specification, then what is in wide use.
+// Vorbis comments: the names that the format proposes, then what is in wide use.
 constexpr FieldName kComments[] = {
     {etfTitle, "TITLE"},
     {etfArtist, "ARTIST"},

@@ -79,7 +79,12 @@ class OpenVorbisTags : public OpenTags {
  public:
   OpenVorbisTags(const std::string& path, TagAccess access)
       : m_stream(path.c_str(), access == TagAccess::read), m_file(&m_stream, false) {
-    if (m_file.isValid() && m_file.tag() != nullptr) m_carriers.push_back({MakeTagCarrier(*m_file.tag())});
+    if (!m_file.isValid() || m_file.tag() == nullptr) return;
+    constexpr unsigned int kCommentPacket = 1, kPacketHead = 7;
+    const TagLib::ByteVector packet = m_file.packet(kCommentPacket);
+    if (packet.size() > kPacketHead)
+      RestoreEightBitComments({packet.data() + kPacketHead, packet.size() - kPacketHead}, *m_file.tag());
+    m_carriers.push_back({MakeTagCarrier(*m_file.tag())});
   }
   bool Save() override { return !m_carriers.empty() && m_file.save(); }
 

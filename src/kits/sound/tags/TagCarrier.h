@@ -1,6 +1,7 @@
 #pragma once
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "kits/sound/tags/TagFields.h"
 
@@ -37,5 +38,9 @@ std::unique_ptr<TagCarrier> MakeTagCarrier(TagLib::Ogg::XiphComment& tag);
 // Makes tags' 8-bit text read and written as everywhere else in the library. To be called before a file is
 // opened.
 void UseOwnEightBitText();
+
+// Vorbis comments have to be UTF-8, and the library empties those that are not. Gives the tag their text out
+// of the bytes that it was read from.
+void RestoreEightBitComments(std::string_view bytes, TagLib::Ogg::XiphComment& tag);
 
 }  // namespace qm

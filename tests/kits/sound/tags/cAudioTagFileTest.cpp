@@ -181,6 +181,22 @@ print(f.version, f['TPE1'].text, f['TDRC'].text[0], f['TSOP'], f['PRIV:o:xyz'].d
             "(2, 4, 0) ['A', 'B'] 2003-05-12 B, A b'xyz' New b'New'\n");
 }
 
+// Comments that are Windows-1252 against the rules are read, and survive the saving of another field.
+TEST_F(MpegTagTest, EightBitVorbisCommentsAreNotLost) {
+  ASSERT_TRUE(RunCommand("cd " + Quoted(m_folder.Path()) +
+                         " && sox in.wav --comment '' --add-comment $(printf 'title=caf\\351') "
+                         "--add-comment mood=froh --add-comment $(printf 'mood=m\\374de') x.ogg"));
+  cAudioTagFile file;
+  ASSERT_TRUE(file.Open(m_folder.File("x.ogg")));
+  EXPECT_EQ(file.Fields().Text(etfTitle), "café");
+  file.Fields().SetText(etfArtist, "Ella");
+  ASSERT_TRUE(file.Save());
+  EXPECT_EQ(Python(m_folder,
+                   "from mutagen.oggvorbis import *\nf=OggVorbis('x.ogg')\n"
+                   "print(f['title'], f['mood'], f['artist'])"),
+            "['café'] ['froh', 'müde'] ['Ella']\n");
+}
+
 TEST_F(MpegTagTest, RefusedIsUntouched) {
   cAudioTagFile file;
   EXPECT_FALSE(file.Open(m_folder.File("none.mp3")));

@@ -72,7 +72,8 @@ TEST_F(WmaTagTest, OthersReadWhatIsSavedInItsOrderAndTheSoundStays) {
   ASSERT_TRUE(file.Save());
   EXPECT_EQ(
       Run("print([(k,str(v)) for k,v in f.tags if k != 'WM/EncodingSettings'])"),
-      "[('Title', 'Neu Ω 🎵'), ('title', 'Neu Ω 🎵'), ('WM/TrackNumber', '7'), ('WM/Picture', '[binary data (7 bytes)]'), "
+      "[('Title', 'Neu Ω 🎵'), ('title', 'Neu Ω 🎵'), ('WM/TrackNumber', '7'), ('WM/Picture', '[binary data (7 "
+      "bytes)]'), "
       "('WM/Publisher', 'Pub'), ('WM/Year', '2001'), ('Zeta Count=2', '1500'), ('Alpha', '4294967293')]\n");
   const std::string after = ReadBytes(Path());
   const std::string dataObject("\x36\x26\xB2\x75\x8E\x66\xCF\x11\xA6\xD9\x00\xAA\x00\x62\xCE\x6C", 16);
