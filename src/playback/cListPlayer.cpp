@@ -55,6 +55,7 @@ void cListPlayer::TerminateListPlayer() {
   m_stopping = true;  // whatever a listener has refused
   for (const auto& player : m_players) player->TerminatePlayer();
   m_stopping = m_running = false;
+  ++m_run;
   m_currentPlayer = m_currentItem = 0;
   m_next = {};
   m_status = psClosed;
@@ -168,6 +169,7 @@ bool cListPlayer::ClearItems() {
   TracedOperation operation("ListPlayer.ClearItems");
   if (m_status != psClosed && !CloseItems(0)) return operation.Exit("Not Closed");
   if (m_items.empty()) return operation.Exit("No Items");
+  if (m_running) StopRunning(Afterwards::KeepList, Telling::Silent);  // it was just about to open
   m_totalItem = NewTotalItem();
   m_items.clear();
   UpdateOverallLength();

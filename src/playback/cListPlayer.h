@@ -190,6 +190,7 @@ class cListPlayer : public IPlayerCallback, public std::enable_shared_from_this<
   bool m_repeatList = false;
   bool m_running = false;
   bool m_stopping = false;  // what the players say is not the run's any more
+  bool m_cueing = false;    // the next entry
   bool m_skipStart = false;
   bool m_raiseEvents = true;
   std::int16_t m_numberSeparatorItems = 0;

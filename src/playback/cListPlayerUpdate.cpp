@@ -101,7 +101,7 @@ void cListPlayer::HearCurrent(std::int32_t event, float sValue1, float sValue2) 
 
 // The run's clock and the handover. Whatever a listener does meanwhile, a run that has ended is left alone.
 void cListPlayer::Update() {
-  if (!m_running || m_stopping) return;
+  if (!m_running || m_stopping || m_cueing) return;
   const std::uint32_t run = m_run;
   Handover handover = Handover::Wait;
   if (!m_next[0].cued && m_currentPlayer >= 1) LookAhead(handover);
@@ -156,7 +156,11 @@ bool cListPlayer::CueNext(PassingOver passingOver) {
       Trace(kTraceLevel, ednPlain, "ListPlayer : No file for item ", index);
       continue;
     }
-    if (const std::int16_t player = CueListItem(index, *entry)) {
+    // The player that was on the air may be the one that is free: what it says now is of the next entry.
+    m_cueing = true;
+    const std::int16_t player = CueListItem(index, *entry);
+    m_cueing = false;
+    if (player != 0) {
       m_next[0] = {player, index, true};
       return true;
     }
