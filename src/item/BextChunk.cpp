@@ -19,28 +19,29 @@ constexpr ChunkField kFields[] = {
 
 }  // namespace
 
-void ReadBextHistory(cHDItem& item, std::string_view chunk) {
-  item.SetCodingHistory(ChunkText(chunk, kBextBytes, kMostCodingHistory));
+void ReadBextHistory(cHDItem& item, const tyBextChunk& bext) {
+  item.SetCodingHistory(ChunkText(bext.history, 0, kMostCodingHistory));
 }
 
-void ReadBext(cHDItem& item, std::string_view chunk, enHDFileFlags flags) {
-  const std::string description = ChunkText(chunk, kDescription, kDescriptionBytes);
+void ReadBext(cHDItem& item, const tyBextChunk& bext, enHDFileFlags flags) {
+  const std::string description = ChunkText(bext.fixed, kDescription, kDescriptionBytes);
   if ((flags & llfQuillmere) != 0)
     item.SetItemTitle(description);
   else if (item.ItemTitle().empty())
     item.SetItemDescription(1, description);
-  ReadChunkFields(item, kFields, chunk);
+  ReadChunkFields(item, kFields, bext.fixed);
 }
 
-std::string BextOf(const cHDItem& item, enHDFileFlags flags, std::string before) {
-  std::string chunk = std::move(before);
+tyBextChunk BextOf(const cHDItem& item, enHDFileFlags flags, std::string fixedBefore) {
+  tyBextChunk bext{std::move(fixedBefore), ""};
+  std::string& chunk = bext.fixed;
   chunk.resize(kBextBytes, '\0');
   const std::string_view title = Trim(item.ItemTitle());
   const bool titled = HasFlags(flags, llfQuillmere) && !title.empty();
   PutChunkText(chunk, kDescription, kDescriptionBytes, titled ? title : item.ItemDescription(1), '\0');
   chunk.replace(kIdentifier, kIdentifierBytes, kIdentifierBytes, '\0');
   WriteChunkFields(item, kFields, chunk, '\0');
-  return chunk;
+  return bext;
 }
 
 }  // namespace qm

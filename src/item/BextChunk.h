@@ -1,7 +1,6 @@
 #pragma once
 #include <cstddef>
 #include <string>
-#include <string_view>
 
 #include "item/ItemVocabulary.h"
 
@@ -13,11 +12,16 @@ class cHDItem;
 inline constexpr std::size_t kBextBytes = 602;  // behind which the coding history stands
 inline constexpr std::size_t kMostCodingHistory = 32000;
 
-// The chunk's data, as much as there is of it.
-void ReadBextHistory(cHDItem& item, std::string_view chunk);
-void ReadBext(cHDItem& item, std::string_view chunk, enHDFileFlags flags);
+struct tyBextChunk {
+  std::string fixed;    // kBextBytes at most
+  std::string history;  // coding history, 8-bit
+};
 
-// The fixed part; fields that are no item's stay as they are in the one there was ("" for none).
-std::string BextOf(const cHDItem& item, enHDFileFlags flags, std::string before);
+void ReadBextHistory(cHDItem& item, const tyBextChunk& bext);
+void ReadBext(cHDItem& item, const tyBextChunk& bext, enHDFileFlags flags);
+
+// What is no item's stays as it is in the fixed part there was ("" for none). Without a history, which is
+// never written.
+tyBextChunk BextOf(const cHDItem& item, enHDFileFlags flags, std::string fixedBefore);
 
 }  // namespace qm

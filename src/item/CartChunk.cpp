@@ -57,11 +57,11 @@ void FillCopyright(cHDItem& item) {
 
 }  // namespace
 
-bool IsFilled(const CartChunk& cart) {
+bool IsFilled(const tyCartChunk& cart) {
   return !ChunkText(cart.fixed, 0, kVersionBytes).empty();
 }
 
-void ReadCart(cHDItem& item, const CartChunk& cart, enHDFileFlags& flags) {
+void ReadCart(cHDItem& item, const tyCartChunk& cart, enHDFileFlags& flags) {
   ReadChunkFields(item, kFields, cart.fixed);
   if (flags == llfAutoDetect) flags = ConventionsOf(item);
   ReadCartTagText(item, cart.text);
@@ -70,8 +70,8 @@ void ReadCart(cHDItem& item, const CartChunk& cart, enHDFileFlags& flags) {
   ReadCartTimers(item, cart.fixed, item.AudioFormat()->SampleRate(), IsOurs(item) ? ctlOurs : ctlForeign);
 }
 
-CartChunk CartOf(const cHDItem& item, enHDFileFlags flags, std::string fixedBefore) {
-  CartChunk cart{std::move(fixedBefore), CartTagText(item)};
+tyCartChunk CartOf(const cHDItem& item, enHDFileFlags flags, std::string fixedBefore) {
+  tyCartChunk cart{std::move(fixedBefore), CartTagText(item)};
   std::string& fixed = cart.fixed;
   fixed.resize(kCartBytes, '\0');
   fixed.replace(0, kVersionBytes, kVersion);

@@ -19,10 +19,6 @@
 namespace qm {
 namespace {
 
-std::string ReadUpTo(const RiffSource& file, const RiffChunk& chunk, std::size_t bytes) {
-  return file.Read(chunk.start, std::min(bytes, static_cast<std::size_t>(chunk.length)));
-}
-
 void ReadFormat(cHDItem& item, const WaveFacts& facts) {
   const tyWaveFormat& wave = facts.format;
   cAudioFormat format;
@@ -70,10 +66,19 @@ void ReadTags(cHDItem& item, const RiffSource& file, std::int32_t flags) {
       if (const tyRiffChunkTag tag = reader.RIFFChunkTag(index); tag.ParentTag == parent) TakeTag(item, tag);
 }
 
-CartChunk SplitCart(const std::string& bytes) {
-  const std::size_t split = std::min(bytes.size(), kCartBytes);
-  const std::string text = bytes.substr(split);
-  return {bytes.substr(0, split), text.substr(0, text.find('\0'))};
+// The fixed part of a chunk's data and what follows.
+template <class Chunk>
+Chunk ReadChunk(const RiffSource& file, const RiffChunk* place, std::size_t fixedBytes,
+                std::size_t mostText) {
+  if (place == nullptr) return {};
+  const auto bytes = static_cast<std::size_t>(place->length);
+  Chunk chunk{file.Read(place->start, std::min(bytes, fixedBytes)), ""};
+  if (bytes <= fixedBytes) return chunk;
+  auto& [fixed, text] = chunk;
+  text =
+      file.Read(place->start + static_cast<std::int64_t>(fixedBytes), std::min(bytes - fixedBytes, mostText));
+  text.resize(std::min(text.find('\0'), text.size()));
+  return chunk;
 }
 
 }  // namespace
@@ -84,13 +89,13 @@ bool LoadItemWave(cHDItem& item, const RiffSource& file, enHDFileFlags flags) {
   if (const auto facts = FindWaveFacts(file, form)) ReadFormat(item, *facts);
   const RiffChunk* cart = ReadsCarrier(flags, llfCartChunk) ? FindRiffChunk(form, "cart") : nullptr;
   const RiffChunk* bext = ReadsCarrier(flags, llfBext) ? FindRiffChunk(form, "bext") : nullptr;
-  const std::string bextBytes = bext ? ReadUpTo(file, *bext, kBextBytes + kMostCodingHistory) : "";
-  if (bext) ReadBextHistory(item, bextBytes);
+  const auto bextChunk = ReadChunk<tyBextChunk>(file, bext, kBextBytes, kMostCodingHistory);
+  const auto cartChunk = ReadChunk<tyCartChunk>(file, cart, kCartBytes, kMostCartText);
+  if (bext) ReadBextHistory(item, bextChunk);
   ReadTags(item, file, flags);
-  const CartChunk read = SplitCart(cart ? ReadUpTo(file, *cart, kCartBytes + kMostCartText) : "");
-  if (IsFilled(read)) ReadCart(item, read, flags);
-  if (bext && !cart) ReadBext(item, bextBytes, flags);
-  if (HasFlags(flags, kRcsConventions)) ReadRcsMedia(item, read.text);
+  if (IsFilled(cartChunk)) ReadCart(item, cartChunk, flags);
+  if (bext && !cart) ReadBext(item, bextChunk, flags);
+  if (HasFlags(flags, kRcsConventions)) ReadRcsMedia(item, cartChunk.text);
   return true;
 }
 

@@ -31,12 +31,13 @@ void PrepareItemForSave(cHDItem& item, const RiffSource& file, enHDFileFlags fla
 }
 
 bool SaveItemCart(const cHDItem& item, RiffTarget& file, enHDFileFlags flags) {
-  const CartChunk cart = CartOf(item, flags, ReadRiffChunk(file, "cart", kCartBytes));
+  const tyCartChunk cart = CartOf(item, flags, ReadRiffChunk(file, "cart", kCartBytes));
   return WriteRiffChunk(file, {"cart", cart.fixed, cart.text, kNewCartText});
 }
 
 bool SaveItemBext(const cHDItem& item, RiffTarget& file, enHDFileFlags flags) {
-  return WriteRiffChunk(file, {"bext", BextOf(item, flags, ReadRiffChunk(file, "bext", kBextBytes)), "", 0});
+  const tyBextChunk bext = BextOf(item, flags, ReadRiffChunk(file, "bext", kBextBytes));
+  return WriteRiffChunk(file, {"bext", bext.fixed, "", 0});
 }
 
 }  // namespace qm
