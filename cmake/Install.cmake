@@ -13,7 +13,7 @@ set(QM_PUBLIC_HEADERS
   services/Diagnostics.h
   audio/WaveDevices.h
   item/ItemFieldAccess.h item/ItemFieldTypes.h item/ItemFields.h item/ItemVocabulary.h item/cHDItem.h
-  item/cHDItemFields.def item/cHDItemMark.h item/cHDItemTimeExtra.h
+  item/cHDItemFields.def item/cHDItemMark.h item/cHDItemTimeExtra.h item/cRiffReader.h
   settings/cAudioSettings.h settings/cAudioSettingsFields.def settings/AudioSettingsVocabulary.h
   playback/cBasePlayer.h
   kits/common/Clock.h kits/common/Colours.h kits/common/Dates.h kits/common/Event.h kits/common/Files.h
