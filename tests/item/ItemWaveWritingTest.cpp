@@ -8,8 +8,8 @@
 #include "item/cHDItem.h"
 #include "kits/common/Clock.h"
 #include "kits/common/Text.h"
-#include "kits/sound/cAudioFormat.h"
 #include "kits/sound/Platform.h"
+#include "kits/sound/cAudioFile.h"
 
 namespace qm {
 namespace {
@@ -244,6 +244,14 @@ class PowerCut : public testing::TestWithParam<Start> {};
 INSTANTIATE_TEST_SUITE_P(Every, PowerCut, testing::ValuesIn(std::begin(kStarts), std::end(kStarts)),
                          [](const auto& row) { return std::string(row.param.name); });
 
+// What the engine makes of it.
+std::int64_t FramesPlayed(const RiffMemory& file) {
+  const TempFolder folder;
+  WriteBytes(folder.File("x.wav"), file.bytes);
+  cAudioFile audio;
+  return audio.OpenForRead(folder.File("x.wav")) == 0 ? audio.NumberSamples() : -1;
+}
+
 // The audio and every other chunk are where they were, with what they held.
 void ExpectIntact(const RiffMemory& file, const std::string& others, const std::string& where) {
   ASSERT_EQ(Others(file).substr(0, others.size()), others) << where;
@@ -263,12 +271,16 @@ TEST_P(PowerCut, AtAnyByteLosesNothing) {
   }
   const std::string others = Others(RiffMemory(GetParam().bytes));
   ExpectIntact(whole, others, "whole");
+  EXPECT_EQ(FramesPlayed(whole), 20000);
   constexpr std::size_t kStride = 13;  // smaller than what the lengths and heads take
   for (std::size_t budget = 0; budget < whole.written; budget += kStride) {
     RiffMemory cut(GetParam().bytes);
     cut.budget = budget;
     ASSERT_FALSE(Save(*item, cut, llfQuillmere));
     ExpectIntact(cut, others, std::to_string(budget));
+    if (budget % 10 == 0) {
+      EXPECT_EQ(FramesPlayed(cut), 20000) << budget;
+    }
     // Saved again, it is what it would have been.
     cut.budget = std::string::npos;
     cut.unflushed = 0;
