@@ -37,6 +37,7 @@ cListPlayer::cListPlayer(std::shared_ptr<const Platform> platform)
 }
 
 cListPlayer::~cListPlayer() {
+  m_eventsInhibited = true;  // nobody holds it: nobody expects to hear of it
   TerminateListPlayer();
 }
 

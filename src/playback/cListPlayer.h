@@ -104,7 +104,7 @@ class cListPlayer : public IPlayerCallback, public std::enable_shared_from_this<
   // For the owner.
 
   void InitListPlayer(std::int16_t PlayerNumber, const std::shared_ptr<cAudioSettings>& AudioSettings);
-  // Clears the list and lets go of the players and the owner. Idempotent; the destructor does it as well.
+  // Clears the list and lets go of the players and the owner. Idempotent; the destructor does it in silence.
   void TerminateListPlayer();
   std::shared_ptr<IPlayerCallback> PlayerCallback() const { return m_callback; }
   void SetPlayerCallback(std::shared_ptr<IPlayerCallback> Callback) { m_callback = std::move(Callback); }
@@ -193,6 +193,7 @@ class cListPlayer : public IPlayerCallback, public std::enable_shared_from_this<
   bool m_cueing = false;    // the next entry
   bool m_skipStart = false;
   bool m_raiseEvents = true;
+  bool m_eventsInhibited = false;
   std::int16_t m_numberSeparatorItems = 0;
   std::int16_t m_numberHookItems = 0;
 };

@@ -23,6 +23,7 @@ float HandoverPoint(const tyHDListItem& entry) {
 
 void cListPlayer::ReportWith(std::int32_t event, const std::string& hdReference, float sValue1,
                              float sValue2) {
+  if (m_eventsInhibited) return;
   const auto tell = [&](auto&& hearer) {
     std::string reference = hdReference, strValue1, strValue2;
     float first = sValue1, second = sValue2;
@@ -39,6 +40,7 @@ void cListPlayer::Report(std::int32_t event, float sValue1, float sValue2) {
 
 // A non-zero Cancel of either hearer refuses the step.
 bool cListPlayer::Query(std::int32_t event, float sValue1) {
+  if (m_eventsInhibited) return true;
   float cancel = 0;
   const auto ask = [&](auto&& hearer) {
     std::string reference = HDReference(), strValue1, strValue2;
@@ -53,7 +55,7 @@ bool cListPlayer::Query(std::int32_t event, float sValue1) {
 
 void cListPlayer::ReportLevels() {
   Report(peAudioLevelChanged);
-  events.LevelChanged(0, 0);
+  if (!m_eventsInhibited) events.LevelChanged(0, 0);
 }
 
 void cListPlayer::PlayerEvent(std::int16_t PlayerReference, std::int32_t EventReference, std::string&,

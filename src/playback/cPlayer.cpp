@@ -19,6 +19,8 @@ cPlayer::cPlayer(std::shared_ptr<const Platform> platform)
     : m_platform(platform ? std::move(platform) : DefaultPlatform()) {}
 
 cPlayer::~cPlayer() {
+  for (Wires* wires : {&m_baseWires, &m_listWires})
+    for (auto& wire : *wires) wire.disconnect();  // nobody holds it: nobody expects to hear of it
   ClearBasePlayer();
   ClearListPlayer();
 }
