@@ -20,6 +20,7 @@ namespace qm::cli {
 namespace {
 
 constexpr int kWaitMilliseconds = 20;
+constexpr char kKeys[] = "space pauses and goes on, s saves and stops, d discards\n";
 
 enum class Wish { GoOn, Save, Discard };
 
@@ -31,6 +32,7 @@ class RecordLoop {
     if (run.Offline() || printing == epJSON || !Terminal::Usable()) return;
     m_terminal = std::make_unique<Terminal>();
     m_view = std::make_unique<RecordView>(run.Recorder(), *m_terminal);
+    m_terminal->Write(kKeys);
   }
 
   Wish Run() {

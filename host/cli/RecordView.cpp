@@ -51,9 +51,9 @@ std::string DrawRecording(const RecordState& state, std::size_t width) {
   if (state.asking) return CutText("discard this recording? y discards, any other key goes on", width);
   std::string line = fmt::format("{:<9} {}  {}  {}", WordsOf(state.status), TimeText(state.seconds),
                                  Meter('L', state.left), Meter('R', state.right));
-  if (static_cast<double>(state.remaining) < kLongestShown)
+  if (state.remaining > 0 && static_cast<double>(state.remaining) < kLongestShown)
     line += fmt::format("  {} left", TimeText(state.remaining));
-  return CutText(line + "  space s d", width);
+  return CutText(line, width);
 }
 
 void RecordView::Refresh(bool asking) {

@@ -21,14 +21,23 @@ constexpr int kStepsPerPump = 50;  // so that a host with nothing to hear still 
 struct EngineRecorder::Session {
   explicit Session(std::function<void()> onPending) : notes(std::move(onPending)) {}
 
+  // Everything taken is in the file.
+  void Stop() {
+    feed->Stop();
+    chain->Finish();
+  }
+
   RecordingFile file;
   RecordingNotes notes;
   std::unique_ptr<RecordingChain> chain;
   std::unique_ptr<RecordingFeed> feed;
 };
 
+// Nobody is told: those who listen may be going too.
 EngineRecorder::~EngineRecorder() {
-  Close(erkKeep);
+  if (!m_session) return;
+  m_session->Stop();
+  m_session->file.Finish();
 }
 
 std::int32_t EngineRecorder::Fail(std::int32_t number, const std::string& text) {
@@ -74,8 +83,7 @@ std::int32_t EngineRecorder::Prepare(Session& session, const RecordingRequest& r
 bool EngineRecorder::Stop() {
   const auto session = m_session;
   if (!session) return false;
-  session->feed->Stop();
-  session->chain->Finish();
+  session->Stop();
   Deliver();
   return true;
 }

@@ -5,7 +5,7 @@
 #include "kits/common/Files.h"
 #include "kits/common/Numbers.h"
 #include "kits/sound/AudioFileBytes.h"
-#include "kits/sound/AudioFileWriter.h"
+#include "kits/sound/AudioFileWriters.h"
 #include "kits/sound/cAudioFile.h"
 
 namespace qm {
@@ -16,14 +16,17 @@ constexpr double kCheckpointSeconds = 0.5;  // of sound, and of time between two
 constexpr std::int32_t kUsualBitRate = 128000;
 
 struct TypeMode {
-  std::int32_t type, mode;
+  std::int32_t type, tag, mode;  // tag 0: any
 };
-constexpr TypeMode kModes[] = {
-    {aftWAV, ecmWAV}, {aftMP3, ecmMP3}, {aftOgg, ecmOgg}, {aftWMA, ecmWMA}, {aftMP2, ecmMP2}};
+constexpr TypeMode kModes[] = {{aftWAV, wftMPEG, ecwLayer2}, {aftWAV, wftMPEGLayer3, ecwLayer3},
+                               {aftWAV, 0, ecmWAV},          {aftMP3, 0, ecmMP3},
+                               {aftOgg, 0, ecmOgg},          {aftWMA, 0, ecmWMA},
+                               {aftMP2, 0, ecmMP2}};
 
-std::int32_t ModeOf(std::int32_t type) {
+std::int32_t ModeOf(const cAudioFormat& format) {
   for (const TypeMode& row : kModes)
-    if (row.type == type) return row.mode;
+    if (row.type == format.FormatType() && (row.tag == 0 || row.tag == format.WAVFormatTag()))
+      return row.mode;
   return 0;
 }
 
@@ -50,7 +53,7 @@ AudioFileSettings SettingsFor(const cAudioFormat& format) {
 
 double BytesPerSecond(const cAudioFormat& format) {
   const AudioFileSettings settings = SettingsFor(format);
-  return format.FormatType() == aftWAV
+  return ModeOf(format) == ecmWAV
              ? static_cast<double>(settings.sampleRate) * settings.channels * settings.bits / 8
              : settings.bitRate / 8.0;
 }
@@ -69,7 +72,7 @@ AudioFileError RecordingFile::Create(const std::string& path, const cAudioFormat
   m_path = path;
   m_format = format;
   AudioFileError error;
-  m_writer = CreateAudioFileWriter(path, ModeOf(format.FormatType()), SettingsFor(format), error);
+  m_writer = CreateAudioFileWriter(path, ModeOf(format), SettingsFor(format), error);
   return Fail(error);
 }
 
