@@ -1,80 +1,20 @@
 #include "kits/sound/AudioFileMpeg.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
 #include <vector>
 
-#include "kits/common/LittleEndian.h"
 #include "kits/sound/AudioFileBytes.h"
 #include "kits/sound/AudioFileLibrary.h"
 #include "kits/sound/AudioFileMpegFrame.h"
+#include "kits/sound/AudioFileMpegStream.h"
 
 namespace qm {
 
 namespace {
 
-constexpr std::int64_t kMostJunkAhead = 1 << 20;
 constexpr std::int64_t kFramesPerIndexEntry = 256;
 // The overlap of the transform and the delay of the filter bank, over and above the bit reservoir.
 constexpr std::int64_t kPrerollFrames = 3;
-// From the encoder's delay to the whole of encoder and decoder: the decoder's own 528 and the sample at 0.
-constexpr std::int64_t kDecoderDelay = 529;
-
-// What an encoder says about its stream in a first frame without audio.
-struct StreamTag {
-  bool present = false;
-  std::int64_t frames = 0;  // 0 when not stated
-  std::int64_t delay = 0, padding = 0;
-  bool gapless = false;
-};
-
-StreamTag ReadStreamTag(const std::vector<std::uint8_t>& frame, const MpegFrameHeader& header) {
-  StreamTag tag;
-  if (header.layer != 3) return tag;
-  const std::size_t vbri = 4 + 32;
-  if (frame.size() >= vbri + 18 && std::memcmp(&frame[vbri], "VBRI", 4) == 0) {
-    tag.present = true;
-    tag.frames = BigEndian32(&frame[vbri + 14]);
-    return tag;
-  }
-  std::size_t at = 4 + static_cast<std::size_t>(header.sideBytes);
-  if (frame.size() < at + 8) return tag;
-  if (std::memcmp(&frame[at], "Xing", 4) != 0 && std::memcmp(&frame[at], "Info", 4) != 0) return tag;
-  tag.present = true;
-  const std::uint32_t flags = BigEndian32(&frame[at + 4]);
-  at += 8;
-  if (flags & 1 && frame.size() >= at + 4) tag.frames = BigEndian32(&frame[at]);
-  at += (flags & 1 ? 4 : 0) + (flags & 2 ? 4 : 0) + (flags & 4 ? 100 : 0) + (flags & 8 ? 4 : 0);
-  if (frame.size() < at + 24) return tag;
-  const char* encoder = reinterpret_cast<const char*>(&frame[at]);
-  if (std::strncmp(encoder, "LAME", 4) == 0 || std::strncmp(encoder, "Lavf", 4) == 0 ||
-      std::strncmp(encoder, "Lavc", 4) == 0) {
-    tag.gapless = true;
-    tag.delay = frame[at + 21] << 4 | frame[at + 22] >> 4;
-    tag.padding = (frame[at + 22] & 15) << 8 | frame[at + 23];
-  }
-  return tag;
-}
-
-// The end of the audio with the tags behind it taken off: ID3v1, APE, Lyrics3.
-std::int64_t EndWithoutTags(AudioFileBytes& bytes, std::int64_t start, std::int64_t end) {
-  for (int i = 0; i < 8; ++i) {
-    std::int64_t tag = 0;
-    const std::uint8_t* tail = end - start >= 128 ? bytes.View(end - 128, 128) : nullptr;
-    if (tail == nullptr) return end;
-    if (std::memcmp(tail, "TAG", 3) == 0) tag = 128;
-    const std::uint8_t* ape = tail + 96;
-    if (std::memcmp(ape, "APETAGEX", 8) == 0)
-      tag = static_cast<std::int64_t>(LoadLittleEndian<std::uint32_t>(ape + 12)) + (ape[23] & 0x80 ? 32 : 0);
-    if (std::memcmp(tail + 119, "LYRICS200", 9) == 0)
-      tag = 15 + std::atoi(std::string(tail + 113, tail + 119).c_str());
-    if (tag <= 0 || tag > end - start) return end;
-    end -= tag;
-  }
-  return end;
-}
-
 class MpegSource : public AudioPacketSource {
  public:
   MpegSource(std::shared_ptr<AudioFileBytes> bytes, std::int64_t end, std::uint32_t kind)
@@ -100,7 +40,7 @@ class MpegSource : public AudioPacketSource {
 
   MpegFrameWalker m_walker;
   std::vector<Place> m_index;  // a frame's start every few seconds
-  StreamTag m_tag;
+  MpegStreamTag m_tag;
   MpegFrameHeader m_header;  // of the frame at m_here, when m_found
   Place m_here;
   bool m_found = false;
@@ -120,10 +60,10 @@ bool MpegSource::Open(std::int64_t start) {
   const std::int64_t frame = m_header.frames;
   const std::int64_t mainBytes = std::max(8, m_smallestFrame - m_header.sideBytes - 6);
   m_info.preroll = (kPrerollFrames + (m_header.layer == 3 ? 511 / mainBytes + 1 : 0)) * frame;
-  m_info.delay = m_tag.gapless ? m_tag.delay + kDecoderDelay : 0;
+  m_info.delay = m_tag.gapless ? m_tag.delay + kMpegDecoderDelay : 0;
   std::int64_t padding = 0;
   if (m_tag.gapless && (m_tag.frames == m_count || m_tag.frames == m_count + 1))
-    padding = std::max<std::int64_t>(0, m_tag.padding - kDecoderDelay);
+    padding = std::max<std::int64_t>(0, m_tag.padding - kMpegDecoderDelay);
   m_info.length = std::max<std::int64_t>(0, m_count * frame - m_info.delay - padding);
   return true;
 }
@@ -133,7 +73,7 @@ std::int64_t MpegSource::SkipStreamTag(std::int64_t start) {
   if (!m_found) return start;
   std::vector<std::uint8_t> frame(static_cast<std::size_t>(m_header.bytes));
   frame.resize(m_bytes->ReadAt(m_here.position, frame.data(), frame.size()));
-  m_tag = ReadStreamTag(frame, m_header);
+  m_tag = ReadMpegStreamTag(frame, m_header);
   return m_tag.present ? m_here.position + m_header.bytes : start;
 }
 
@@ -219,28 +159,13 @@ bool MpegSource::Position(std::int64_t rawFrame) {
   return true;
 }
 
-// The first frame, found by what stands behind it: four bytes alone prove little.
-bool FindFirstFrame(AudioFileBytes& bytes, std::int64_t& start, std::int64_t end, MpegFrameHeader& header) {
-  MpegFrameWalker walker(bytes, end, 0);
-  while (std::int64_t tag = walker.TagBytes(start)) start += tag;
-  const std::int64_t first = start, last = std::min(end, start + kMostJunkAhead);
-  for (; start + 4 <= last; ++start) {
-    const std::uint8_t* sync = bytes.View(start, 4);
-    if (sync == nullptr) return false;
-    if (sync[0] != 0xFF || !ParseMpegFrameHeader(sync, header)) continue;
-    int chain = walker.Chain(start, 4);
-    if (chain >= 2 || (chain == 1 && start == first && start + header.bytes <= end)) return true;
-  }
-  return false;
-}
-
 }  // namespace
 
 std::unique_ptr<AudioPacketSource> MakeMpegSource(std::shared_ptr<AudioFileBytes> bytes, std::int64_t start,
                                                   std::int64_t end) {
-  end = EndWithoutTags(*bytes, start, end);
+  end = MpegEndWithoutTags(*bytes, start, end);
   MpegFrameHeader header;
-  if (!FindFirstFrame(*bytes, start, end, header)) return nullptr;
+  if (!FindFirstMpegFrame(*bytes, start, end, header)) return nullptr;
   auto source = std::make_unique<MpegSource>(std::move(bytes), end, header.kind);
   if (!source->Open(start)) return nullptr;
   return source;

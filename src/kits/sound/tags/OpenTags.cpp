@@ -1,7 +1,6 @@
 #include "kits/sound/tags/OpenTags.h"
 
 #include <taglib/apetag.h>
-#include <taglib/audioproperties.h>
 #include <taglib/id3v1tag.h>
 #include <taglib/id3v2framefactory.h>
 #include <taglib/id3v2header.h>
@@ -32,10 +31,9 @@ class OpenMpegTags : public OpenTags {
  public:
   OpenMpegTags(const std::string& path, TagAccess access, enTagMode mode)
       : m_stream(path.c_str(), access == TagAccess::read),
-        m_file(&m_stream, TagLib::ID3v2::FrameFactory::instance(), true, TagLib::AudioProperties::Fast) {
-    if (!m_file.isValid() || m_file.audioProperties() == nullptr) return;
+        m_file(&m_stream, TagLib::ID3v2::FrameFactory::instance(), false) {
+    if (!m_file.isValid()) return;
     m_isNew = !m_file.hasID3v2Tag();
-    m_channelMode = m_file.audioProperties()->channelMode();
     m_kinds = KindsFound();
     if (access == TagAccess::write) m_kinds = KindsToWrite(mode);
     if (m_kinds & MpegFile::ID3v2) Add(*m_file.ID3v2Tag(true), m_file.hasID3v2Tag());

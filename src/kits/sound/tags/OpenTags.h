@@ -17,7 +17,6 @@ class OpenTags {
   virtual ~OpenTags() = default;
 
   std::string Text(enTagField field) const;
-  std::int32_t ChannelMode() const { return m_channelMode; }
   // Puts the fields that differ from what the tags say into every tag, and all into one that is added; the
   // number for a genre that has no number of its own. True when that changes anything.
   bool Put(const TagFields& fields, std::int32_t genreNumber);
@@ -30,7 +29,6 @@ class OpenTags {
   };
   std::vector<Carried> m_carriers;        // the fullest first
   TagCarrier* m_numbersGenres = nullptr;  // that of them which knows genres by number only
-  std::int32_t m_channelMode = 0;
 };
 
 // For an MPEG or Ogg file; null for one that takes no tags. To write, the tags that the mode asks for are

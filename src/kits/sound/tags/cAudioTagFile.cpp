@@ -6,6 +6,7 @@
 #include "kits/sound/AudioFileTarget.h"
 #include "kits/sound/tags/CopyBytes.h"
 #include "kits/sound/tags/OpenTags.h"
+#include "kits/sound/tags/SoundFacts.h"
 
 namespace qm {
 
@@ -29,20 +30,16 @@ bool EndsInId3v1Tag(const std::string& path) {
 }
 
 bool cAudioTagFile::Open(const std::string& path) try {
-  // The library of tags guesses lengths from the first bit rate, which is wrong by half for some files.
-  AudioFileError error;
-  const auto reader = OpenAudioFileReader(path, CompressedAudio::allow, error);
-  if (!reader || reader->Format().SampleRate() <= 0) return false;
+  const auto facts = ReadSoundFacts(path);
+  if (!facts || facts->format.SampleRate() <= 0) return false;
   m_path = path;
-  m_format = reader->Format();
-  m_milliseconds = static_cast<double>(reader->Length()) / m_format.SampleRate() * 1000;
-  m_frames = reader->Length();
+  m_format = facts->format;
+  m_channelMode = facts->channelMode;
+  m_milliseconds = static_cast<double>(facts->frames) / m_format.SampleRate() * 1000;
   m_fields = {};
-  m_channelMode = 0;
   m_genreNumber = kNoGenre;
   const auto tags = OpenTagsOf(AudioFilePath(path), m_format.FormatType(), TagAccess::read, m_mode);
   if (!tags) return true;
-  m_channelMode = tags->ChannelMode();
   for (std::int32_t i = 0; i < kTagFields; ++i) {
     const auto field = static_cast<enTagField>(i);
     m_fields.SetText(field, tags->Text(field));
@@ -58,9 +55,11 @@ void cAudioTagFile::SetGenre(std::int32_t number, const std::string& name) {
 }
 
 bool cAudioTagFile::Save() try {
+  const std::int64_t frames = FramesIn(m_path);
   AudioFileBytes source;
   AudioFileTarget target;
-  if (source.Open(m_path) || target.Create(m_path) || !CopyBytes(source, 0, target, 0)) return false;
+  if (frames < 0 || source.Open(m_path) || target.Create(m_path) || !CopyBytes(source, 0, target, 0))
+    return false;
   const std::string copy = target.WorkingPath().string();
   {
     const auto tags = OpenTagsOf(copy, m_format.FormatType(), TagAccess::write, m_mode);
@@ -69,7 +68,7 @@ bool cAudioTagFile::Save() try {
     if (!tags->Save()) return false;
   }
   // The library of tags does not tell of a disk that was full.
-  return FramesIn(copy) == m_frames && !target.Commit();
+  return FramesIn(copy) == frames && !target.Commit();
 } catch (const std::exception&) {
   return false;
 }

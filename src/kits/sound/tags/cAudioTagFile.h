@@ -50,7 +50,6 @@ class cAudioTagFile {
   enTagMode m_mode = etmAsFound;
   cAudioFormat m_format;
   double m_milliseconds = 0;
-  std::int64_t m_frames = 0;
   std::int32_t m_channelMode = 0;
   TagFields m_fields;
   std::int32_t m_genreNumber = kNoGenre;
