@@ -1,0 +1,53 @@
+#pragma once
+#include "playback/PlayerRig.h"
+#include "playback/cListPlayer.h"
+#include "playback/cPlayLog.h"
+#include "playback/cPlayer.h"
+#include "playback/cPlayers.h"
+
+// A pool over fake controls, each with a script of its own.
+namespace qm::test {
+
+class PoolSound : public FakeSound {
+ public:
+  std::unique_ptr<ctlVellanPlayer> CreatePlayer() override {
+    script = std::make_shared<ControlScript>();
+    scripts.push_back(script);
+    return FakeSound::CreatePlayer();
+  }
+  std::vector<std::shared_ptr<ControlScript>> scripts;  // in the order in which they were made
+};
+
+struct PoolRig {
+  std::shared_ptr<ManualClock> clock =
+      std::make_shared<ManualClock>(std::chrono::system_clock::from_time_t(1700000000));
+  std::shared_ptr<PoolSound> sound = std::make_shared<PoolSound>();
+  std::shared_ptr<const Platform> platform =
+      std::make_shared<const Platform>(Platform{clock, MemoryRegistry(), nullptr, sound});
+  std::shared_ptr<cPlayers> pool = std::make_shared<cPlayers>(platform);
+  std::string heard;  // "player:Event" of all but positions and volumes
+
+  explicit PoolRig(std::int16_t players) {
+    auto settings = std::make_shared<cAudioSettings>(platform, sound);
+    settings->SetMaxPlayers(16);
+    settings->SetNumberPlayers(players);
+    settings->SetGeneralVolume(90);
+    pool->SetAudioSettings(settings);
+    pool->events.PlayerEvent.connect([this](std::int16_t player, std::int32_t event, std::string& hdReference,
+                                            float& sValue1, float& sValue2, std::string&, std::string&) {
+      if (event != pePositionChanged && event != peVolumeChanged)
+        AddWord(heard, std::to_string(player) + ":" + EventWord(event, hdReference, sValue1, sValue2));
+    });
+  }
+  ~PoolRig() { pool->Terminate(); }
+
+  cPlayer& Player(std::int16_t number) { return *pool->Player(number); }
+  std::string TakeHeard() { return std::exchange(heard, {}); }
+  // Brings a player to a position.
+  void PlayTo(std::int16_t number, float seconds) {
+    sound->scripts[static_cast<std::size_t>(number) - 1]->position = seconds;
+    sound->scripts[static_cast<std::size_t>(number) - 1]->control->events.Position();
+  }
+};
+
+}  // namespace qm::test
