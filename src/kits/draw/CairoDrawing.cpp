@@ -29,13 +29,15 @@ void CairoContextEnd::operator()(_cairo* context) const {
 }
 
 CairoDrawing::CairoDrawing(Picture& picture)
-    : m_surface(cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(picture.pixels.data()),
+    : m_picture(picture),
+      m_surface(cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(picture.pixels.data()),
                                                     CAIRO_FORMAT_RGB24, picture.width, picture.height,
                                                     picture.width * 4)),
       m_context(cairo_create(m_surface.get())) {
   cairo_set_antialias(m_context.get(), CAIRO_ANTIALIAS_NONE);
   cairo_set_line_width(m_context.get(), 1);
   cairo_set_line_cap(m_context.get(), CAIRO_LINE_CAP_SQUARE);
+  cairo_set_line_join(m_context.get(), CAIRO_LINE_JOIN_BEVEL);
   cairo_set_fill_rule(m_context.get(), CAIRO_FILL_RULE_EVEN_ODD);
 }
 
@@ -84,6 +86,7 @@ double CairoDrawing::TextWidth(std::string_view text, const TextStyle& style) {
 
 void CairoDrawing::Finish() {
   cairo_surface_flush(m_surface.get());
+  for (std::uint32_t& pixel : m_picture.pixels) pixel &= 0xFFFFFF;  // the library sets the spare byte
 }
 
 }  // namespace qm

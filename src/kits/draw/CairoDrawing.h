@@ -37,6 +37,7 @@ struct CairoDrawing {
   void SetColour(std::int32_t colour);
   void SetFont(const TextStyle& style);
 
+  Picture& m_picture;
   std::unique_ptr<_cairo_surface, CairoSurfaceEnd> m_surface;
   std::unique_ptr<_cairo, CairoContextEnd> m_context;
 };
