@@ -119,6 +119,16 @@ class RecorderTest : public testing::Test {
     format.SetWAVFormatTag(wftPCM);
     return format;
   }
+  // AudioEnd Extro TotalLength, "red" while it is marked as being recorded.
+  std::string Marks() const {
+    char text[80];
+    std::snprintf(text, sizeof text, "%g %g %g %s", item->AudioEnd(1), item->Extro(1), item->TotalLength(),
+                  item->BackColour() == 255 && item->TextColour() == 0xFFFFFF ? "red"
+                  : item->BackColour() == kButtonFaceColour && item->TextColour() == kButtonTextColour
+                      ? "plain"
+                      : "odd");
+    return text;
+  }
   FakeControl& Control() { return *sound->control; }
   Lines Heard() { return std::exchange(owner->heard, {}); }
 
@@ -140,9 +150,8 @@ TEST_F(RecorderTest, RecordingMarksTheItemAndSavingCompletesIt) {
   EXPECT_EQ(Control().device, 3);
   EXPECT_EQ(Control().request.path, item->AudioFileName());
   EXPECT_EQ(Control().request.startSeconds, -1);
-  EXPECT_EQ(item->BackColour(), 255);
-  EXPECT_EQ(item->TextColour(), 0xFFFFFF);
-  EXPECT_EQ(item->IntroEnd(1) + item->AudioEnd(1) + item->Extro(1), 0);
+  EXPECT_EQ(Marks(), "0 0 50 red");
+  EXPECT_EQ(item->IntroEnd(1), 0);
   EXPECT_EQ(item->EndType(), ietNonSpecific);
   EXPECT_EQ(item->ArtistName(1), "Reader");
   EXPECT_EQ(item->ItemDescription(1), "On Line 2");
@@ -150,12 +159,11 @@ TEST_F(RecorderTest, RecordingMarksTheItemAndSavingCompletesIt) {
   Control().events.State(ersRecording);
   Control().events.Position();
   Control().events.Level(100, -5);
-  EXPECT_EQ(item->AudioEnd(1), 2);
-  EXPECT_EQ(item->Extro(1), 2);
+  EXPECT_EQ(Marks(), "2 2 2 red");
   item->SetExtro(1, 1.5f);  // set by hand: the marks stay from here on
   Control().frames = 24000;
   Control().events.Position();
-  EXPECT_EQ(item->AudioEnd(1), 2);
+  EXPECT_EQ(Marks(), "2 1.5 2 red");
   Control().events.Error(9, "gone");
   Control().events.EndReached();
   EXPECT_EQ(Heard(), (Lines{"reRecording 0 0 ", "rePositionChanged 2 98 ", "reAudioLevelChanged 100 -5 ",
@@ -164,17 +172,11 @@ TEST_F(RecorderTest, RecordingMarksTheItemAndSavingCompletesIt) {
   EXPECT_TRUE(recorder->CloseItem(rcpSave));
   EXPECT_TRUE(box->shown.empty());
   EXPECT_EQ(item->ItemTitle(), "New Audio Recorded");
-  EXPECT_EQ(item->BackColour(), kButtonFaceColour);
-  EXPECT_EQ(item->TextColour(), kButtonTextColour);
-  EXPECT_EQ(item->TotalLength(), 3);
-  EXPECT_EQ(item->AudioEnd(1), 3);
-  EXPECT_EQ(item->Extro(1), 3);
+  EXPECT_EQ(Marks(), "3 3 3 plain");
   EXPECT_EQ(recorder->PreviousHDItem(), item);
   EXPECT_EQ(recorder->PreviousSecondsRecorded(), 3);
   EXPECT_EQ(recorder->PreviousRecordingReference(), 7);
   EXPECT_EQ(recorder->Status(), rsClosed);
-  EXPECT_FALSE(recorder->HDItem());
-  EXPECT_EQ(recorder->SecondsRecorded(), 0);
   EXPECT_EQ(Heard(), Lines{"reClosed 3 0 "});
 }
 
@@ -202,12 +204,11 @@ TEST_F(RecorderTest, RefusalsDoNothing) {
   item->SetExtro(1, 5);
   Control().openResult = 4;
   refused("control", item, Format(aftWAV, 8000, 1));
-  EXPECT_EQ(item->Extro(1), 5);
   EXPECT_FALSE(recorder->HDItem());
   recorder->SetPlayerCallback(nullptr);
   Control().openResult = 0;
   refused("no owner", item, Format(aftWAV, 8000, 1));
-  EXPECT_EQ(item->BackColour(), kButtonFaceColour);
+  EXPECT_EQ(Marks(), "0 5 0 plain");
   EXPECT_TRUE(Heard().empty());
   EXPECT_TRUE(recorder->CloseItem(rcpDiscard));
 }

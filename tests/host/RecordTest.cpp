@@ -3,8 +3,6 @@
 #include <nlohmann/json.hpp>
 
 #include "ProgramRun.h"
-#include "cli/RecordView.h"
-#include "cli/TerminalText.h"
 #include "kits/sound/devices/DeviceBench.h"
 #include "kits/sound/record/RecordBench.h"
 
@@ -104,15 +102,6 @@ TEST_F(RecordLive, AnInterruptSaves) {
   EXPECT_EQ(run.Status(), 0) << run.Err();
   EXPECT_THAT(run.Out(), HasSubstr("recorded a.wav"));
   EXPECT_TRUE(RunCommand("soxi " + Quoted(folder.File("a.wav"))));
-}
-
-TEST(RecordView, FitsEveryWidthAndAsksBeforeItDiscards) {
-  RecordState state{rsRecording, 3723.5f, 1800, 32767, 0, false};
-  EXPECT_THAT(DrawRecording(state, 200),
-              HasSubstr("recording 1:02:03.50  L ################   0.0  R ......"));
-  for (std::size_t width = 1; width < 120; ++width) EXPECT_LE(TextWidth(DrawRecording(state, width)), width);
-  state.asking = true;
-  EXPECT_THAT(DrawRecording(state, 200), HasSubstr("discard"));
 }
 
 }  // namespace

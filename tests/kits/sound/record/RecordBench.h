@@ -63,6 +63,13 @@ class RecordBench {
     }
   }
 
+  // To the input's end; every frame of the file.
+  std::vector<std::int16_t> RecordAll(const RecordingRequest& request) {
+    if (control->Open(request) == 0) PumpToEnd();
+    control->Close(erkKeep);
+    return FramesOf(request.path);
+  }
+
   TempFolder folder;
   std::shared_ptr<AudioEngine> engine = AudioEngine::Create({});
   std::shared_ptr<RecordingControl> control;

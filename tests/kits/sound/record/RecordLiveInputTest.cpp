@@ -96,13 +96,5 @@ TEST_F(RecordLiveInput, ALostDeviceIsToldAndTakenUpAgain) {
   EXPECT_EQ(bench.errors, std::vector<std::int32_t>{edfLost});
 }
 
-TEST_F(RecordLiveInput, AnAbsentDeviceLeavesTheFileAlone) {
-  test::WriteBytes(request.path, "old");
-  device->present = false;
-  EXPECT_EQ(bench.control->Open(request), edfAbsent);
-  EXPECT_EQ(bench.errorText, "pushed: no such sound device");
-  EXPECT_EQ(test::ReadBytes(request.path), "old");
-}
-
 }  // namespace
 }  // namespace qm

@@ -4,7 +4,6 @@
 #include "SoundServerBench.h"
 #include "kits/sound/devices/DeviceCatalogue.h"
 #include "kits/sound/devices/Input.h"
-#include "kits/sound/devices/OutputKeeper.h"
 #include "kits/sound/record/RecordBench.h"
 #include "kits/sound/record/RecordingFeed.h"
 
@@ -52,15 +51,6 @@ TEST_F(LiveRecord, TheFileHoldsWhatWasPlayed) {
   EXPECT_TRUE(Holds(test::FramesOf(bench.folder.File("out.wav"))));
   EXPECT_EQ(bench.control->FramesLost(), 0u);
   EXPECT_TRUE(bench.errors.empty()) << bench.errorText;
-}
-
-TEST_F(LiveRecord, AServerThatGoesIsToldAndTheRecordingStays) {
-  ASSERT_TRUE(PumpUntil([&] { return bench.control->Position() > 0.5f; }));
-  server.End(SIGKILL);
-  ASSERT_TRUE(PumpUntil([&] { return !bench.errors.empty(); }));
-  EXPECT_EQ(bench.errors.front(), edfLost);
-  EXPECT_EQ(bench.control->Close(erkKeep), 0);
-  EXPECT_GT(test::FramesOf(bench.folder.File("out.wav")).size(), 48000u);
 }
 
 }  // namespace
