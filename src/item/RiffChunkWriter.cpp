@@ -119,9 +119,11 @@ class Writing {
 
   // The last chunk would swallow a new one if its length were left at more than is there.
   bool CompleteLengths(std::int64_t end) {
-    if (m_form.chunks.empty()) return true;
-    const RiffChunk& last = m_form.chunks.back();
-    if (last.stated == last.length) return true;
+    const auto wrong = std::find_if(m_form.chunks.begin(), m_form.chunks.end(),
+                                    [](const RiffChunk& chunk) { return chunk.stated != chunk.length; });
+    if (wrong == m_form.chunks.end()) return true;
+    if (wrong != m_form.chunks.end() - 1) return false;
+    const RiffChunk& last = *wrong;
     if (last.Head() >= m_form.statedEnd) return false;  // no chunk of the form's, nor one of ours
     const auto field = ReadLittleEndian<std::uint32_t>(m_file.Read(last.Head() + 4, 4), 0);
     const bool elsewhere = m_form.longLengths != 0 && EqualIgnoringCase(last.id, "data") &&

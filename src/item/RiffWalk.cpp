@@ -33,14 +33,18 @@ class Walk {
     if (!ReadFormHead()) return false;
     std::int64_t position = kFormHead;
     RiffHead head;
-    while (m_form.chunks.size() < kMostRiffChunks && ReadRiffHead(m_file, position, Limit(), head))
+    while (m_form.chunks.size() < kMostRiffChunks && ReadRiffHead(m_file, position, LimitAt(position), head))
       position = Add(position, head);
     m_form.end = position;
     return true;
   }
 
  private:
-  std::int64_t Limit() const { return m_extent == rxFile ? m_size : m_form.statedEnd; }
+  std::int64_t Extent() const { return m_extent == rxFile ? m_size : m_form.statedEnd; }
+  // A chunk of the form ends with it.
+  std::int64_t LimitAt(std::int64_t position) const {
+    return position < m_form.statedEnd ? m_form.statedEnd : Extent();
+  }
 
   bool ReadFormHead() {
     const std::string head = m_file.Read(0, kFormHead);
@@ -91,10 +95,10 @@ class Walk {
       // A form that ends within its audio was never completed.
       if (chunk.End() > m_form.statedEnd) m_form.statedEnd = m_size;
     }
-    chunk.length = std::min(chunk.length, Limit() - chunk.start);
+    chunk.length = std::min(chunk.length, LimitAt(position) - chunk.start);
     if (EqualIgnoringCase(chunk.id, "LIST") && chunk.length >= 4) chunk.type = m_file.Read(chunk.start, 4);
     if (EqualIgnoringCase(chunk.id, "ds64")) ReadLongLengths(chunk.start, head.length);
-    const std::int64_t next = NextRiffChunk(m_file, chunk.End(), chunk.length, Limit());
+    const std::int64_t next = NextRiffChunk(m_file, chunk.End(), chunk.length, Extent());
     m_form.chunks.push_back(std::move(chunk));
     return next;
   }

@@ -223,6 +223,8 @@ struct Start {
   const char* name;
   std::string bytes;
   bool written = true;
+
+  friend std::ostream& operator<<(std::ostream& out, const Start& row) { return out << row.name; }
 };
 
 const Start kStarts[] = {
@@ -237,6 +239,8 @@ const Start kStarts[] = {
     {"zerosBehind", WaveWith("") + std::string(512, '\0')},
     {"cartThere", WaveWith(Cart({{4, "old"}}))},
     {"foreignBehind", WaveWith("") + "TAGsome old tag", false},
+    {"formEndsWithinAChunk",
+     WaveWith(Chunk("JUNK", std::string(100, '('))).replace(4, 4, LittleEndian(40084, 4)), false},
     {"notWave", Chunk("RIFF", "AVI " + FormatChunk()), false},
 };
 

@@ -36,6 +36,8 @@ struct Tags {
   std::string behind;
   const char* tags;
   bool whole = true;
+
+  friend std::ostream& operator<<(std::ostream& out, const Tags& row) { return out << row.name; }
 };
 
 class RiffTags : public testing::TestWithParam<Tags> {};
