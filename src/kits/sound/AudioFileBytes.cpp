@@ -42,7 +42,7 @@ AudioFileError AudioFileBytes::Open(const std::string& path) {
   if (!S_ISREG(status.st_mode)) return {afeNotAFile, "'" + path + "' is not a file"};
   if (status.st_size == 0) return {afeEmpty, "'" + path + "' is empty"};
   m_size = status.st_size;
-  m_window.resize(kWindowBytes);
+  m_window.resize(m_windowBytes);
   return {};
 }
 

@@ -17,6 +17,8 @@ std::string AudioFilePath(const std::string& path);
 class AudioFileBytes {
  public:
   AudioFileBytes() = default;
+  // With a window of that many bytes, for a look at a few places.
+  explicit AudioFileBytes(std::size_t windowBytes) : m_windowBytes(windowBytes) {}
   ~AudioFileBytes();
   AudioFileBytes(const AudioFileBytes&) = delete;
   AudioFileBytes& operator=(const AudioFileBytes&) = delete;
@@ -35,7 +37,7 @@ class AudioFileBytes {
   const std::uint8_t* View(std::int64_t position, std::size_t bytes);
 
  private:
-  static constexpr std::size_t kWindowBytes = 1 << 17;
+  const std::size_t m_windowBytes = 1 << 17;
   int m_descriptor = -1;
   std::int64_t m_size = 0;
   mutable bool m_failed = false;

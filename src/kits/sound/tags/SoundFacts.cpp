@@ -13,6 +13,7 @@ namespace qm {
 
 namespace {
 
+constexpr std::size_t kGlanceBytes = 1 << 12;
 constexpr std::int64_t kProbes = 16;
 constexpr std::int64_t kSlack = 2;  // bytes that padding may put a frame off its place
 
@@ -105,7 +106,7 @@ std::optional<SoundFacts> GlanceAtMpeg(AudioFileBytes& bytes) {
 }
 
 std::optional<SoundFacts> ReadSoundFacts(const std::string& path) {
-  AudioFileBytes bytes;
+  AudioFileBytes bytes(kGlanceBytes);
   if (bytes.Open(path)) return std::nullopt;
   std::uint8_t start[4] = {};
   bytes.ReadAt(0, start, sizeof start);

@@ -21,8 +21,8 @@ std::int64_t FramesIn(const std::string& path) {
 }  // namespace
 
 bool EndsInId3v1Tag(const std::string& path) {
-  constexpr std::int64_t kTagBytes = 128;
-  AudioFileBytes bytes;
+  constexpr std::int32_t kTagBytes = 128;
+  AudioFileBytes bytes(kTagBytes);
   char start[3] = {};
   return !bytes.Open(path) && bytes.Size() > kTagBytes &&
          bytes.ReadAt(bytes.Size() - kTagBytes, start, sizeof start) == sizeof start &&
