@@ -63,13 +63,23 @@ class Writing {
 
  private:
   bool Overwrite(const RiffChunk& chunk) {
+    // Complete, but behind the form: an earlier call got as far as that.
+    const bool behind = chunk.Head() >= m_form.statedEnd;
+    if (behind && FirstWrong() <= &chunk) return false;
     const auto length = static_cast<std::size_t>(chunk.length);
     std::string bytes(m_content.fixed.substr(0, length));
     if (m_content.newTextRoom > 0 && length > bytes.size())
       bytes += Filled(m_content.text, length - bytes.size());
     if (!m_file.WriteAt(chunk.start, bytes) || !m_file.Flush()) return false;
-    // Complete, but behind the form: an earlier call got as far as that.
-    return chunk.Head() < m_form.statedEnd || TakeIn(std::min(m_form.end, m_file.Size()));
+    return !behind || TakeIn(std::min(chunk.End() + chunk.length % 2, m_file.Size()));
+  }
+
+  // The first chunk whose length lies, or behind the last; what follows it would be its own if the form
+  // reached as far.
+  const RiffChunk* FirstWrong() const {
+    const RiffChunk* const end = m_form.chunks.data() + m_form.chunks.size();
+    return std::find_if(static_cast<const RiffChunk*>(m_form.chunks.data()), end,
+                        [](const RiffChunk& chunk) { return chunk.stated != chunk.length; });
   }
 
   std::size_t NewLength() const { return m_content.fixed.size() + m_content.newTextRoom; }
@@ -119,11 +129,10 @@ class Writing {
 
   // The last chunk would swallow a new one if its length were left at more than is there.
   bool CompleteLengths(std::int64_t end) {
-    const auto wrong = std::find_if(m_form.chunks.begin(), m_form.chunks.end(),
-                                    [](const RiffChunk& chunk) { return chunk.stated != chunk.length; });
-    if (wrong == m_form.chunks.end()) return true;
-    if (wrong != m_form.chunks.end() - 1) return false;
-    const RiffChunk& last = *wrong;
+    const std::size_t right = static_cast<std::size_t>(FirstWrong() - m_form.chunks.data());
+    if (right == m_form.chunks.size()) return true;
+    if (right + 1 < m_form.chunks.size()) return false;
+    const RiffChunk& last = m_form.chunks.back();
     if (last.Head() >= m_form.statedEnd) return false;  // no chunk of the form's, nor one of ours
     const auto field = ReadLittleEndian<std::uint32_t>(m_file.Read(last.Head() + 4, 4), 0);
     const bool elsewhere = m_form.longLengths != 0 && EqualIgnoringCase(last.id, "data") &&

@@ -241,6 +241,8 @@ const Start kStarts[] = {
     {"foreignBehind", WaveWith("") + "TAGsome old tag", false},
     {"formEndsWithinAChunk",
      WaveWith(Chunk("JUNK", std::string(100, '('))).replace(4, 4, LittleEndian(40084, 4)), false},
+    {"cartBehindAChunkThatLies", WaveWith("JUNK" + LittleEndian(1 << 20, 4)) + Cart({}), false},
+    {"cartBehindTheForm", WaveWith("") + Cart({{4, "never taken in"}})},
     {"notWave", Chunk("RIFF", "AVI " + FormatChunk()), false},
 };
 
