@@ -18,6 +18,7 @@ constexpr std::size_t kWidest = 100;
 constexpr char kKeys[] = "space play/pause  c cue  \u2190 \u2192 5 s  [ ] volume";
 constexpr char kPlainKeys[] = "space play/pause  c cue  <- -> 5 s  [ ] volume";
 constexpr char kMoreKeys[] = "f fade  l leave loop  n next  q quit";
+constexpr char kListKeys[] = "space play/pause  c cue from the top  [ ] volume  q quit";
 
 struct Glyphs {
   const char *done, *head, *left, *meter, *noMeter;
@@ -75,13 +76,14 @@ std::string PositionBar(const LiveState& state, std::size_t cells, const Glyphs&
   return bar;
 }
 
-std::string Meter(char side, std::int16_t peak, std::size_t cells, const Glyphs& glyphs) {
-  const double decibels = peak > 0 ? 20 * std::log10(peak / 32767.0) : kQuietest;
-  const double part = std::clamp(1 - decibels / kQuietest, 0.0, 1.0);
-  const auto lit = static_cast<std::size_t>(std::lround(part * static_cast<double>(cells)));
+double DecibelsOf(std::int16_t peak) {
+  return peak > 0 ? 20 * std::log10(peak / 32767.0) : kQuietest;
+}
+
+std::string Meter(char side, std::int16_t peak, std::size_t cells, bool unicode) {
+  const double decibels = DecibelsOf(peak);
   const std::string number = decibels > kQuietest ? fmt::format("{:5.1f} dB", decibels) : "     -";
-  return fmt::format("{} {}{} {}", side, Repeated(glyphs.meter, lit), Repeated(glyphs.noMeter, cells - lit),
-                     number);
+  return fmt::format("{} {} {}", side, MeterBar(peak, cells, unicode), number);
 }
 
 std::string StatusLine(const LiveState& state) {
@@ -99,6 +101,13 @@ std::string TimesLine(const LiveState& state) {
 }
 
 }  // namespace
+
+std::string MeterBar(std::int16_t peak, std::size_t cells, bool unicode) {
+  const Glyphs& glyphs = unicode ? kUnicode : kAscii;
+  const double part = std::clamp(1 - DecibelsOf(peak) / kQuietest, 0.0, 1.0);
+  const auto lit = static_cast<std::size_t>(std::lround(part * static_cast<double>(cells)));
+  return Repeated(glyphs.meter, lit) + Repeated(glyphs.noMeter, cells - lit);
+}
 
 const char* StatusWords(enPlayerStatus status) {
   for (const StatusName& row : kStatus)
@@ -121,13 +130,15 @@ std::vector<std::string> DrawLive(const LiveState& state, std::size_t width, boo
       StatusLine(state),
       PositionBar(state, cells, glyphs),
       TimesLine(state),
-      Meter('L', state.left, meterCells, glyphs),
-      Meter('R', state.right, meterCells, glyphs),
+      Meter('L', state.left, meterCells, unicode),
+      Meter('R', state.right, meterCells, unicode),
       fmt::format("missed: {} late answers, {} voices not ready, {} dry callbacks", state.misses.lateAnswers,
                   state.misses.voicesNotReady, state.misses.dryCallbacks),
-      unicode ? kKeys : kPlainKeys,
-      kMoreKeys,
   };
+  if (state.isList)
+    lines.push_back(kListKeys);
+  else
+    lines.insert(lines.end(), {unicode ? kKeys : kPlainKeys, kMoreKeys});
   for (std::string& line : lines) line = CutText(line, width);
   return lines;
 }

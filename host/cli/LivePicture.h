@@ -18,6 +18,7 @@ struct LiveState {
   float position = 0, remaining = 0, remainingExtro = 0;
   float audioStart = 0, introStart = 0, introEnd = 0, extro = 0, audioEnd = 0;
   bool inLoop = false, fading = false;
+  bool isList = false;  // all times are the list's
   std::int16_t volume = 0;
   std::int16_t left = 0, right = 0;  // signed 16-bit peaks
   AudioEngine::Misses misses;
@@ -25,6 +26,9 @@ struct LiveState {
 
 // The picture, line by line, none wider than `width` cells. Without `unicode` in ASCII alone.
 std::vector<std::string> DrawLive(const LiveState& state, std::size_t width, bool unicode);
+
+// A bar for a peak, by decibels.
+std::string MeterBar(std::int16_t peak, std::size_t cells, bool unicode);
 
 const char* StatusWords(enPlayerStatus status);
 const char* SectionWords(enPlayerSection section);

@@ -1,17 +1,16 @@
 #include "cli/LiveView.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "cli/Failure.h"
+#include "cli/LiveKeys.h"
 #include "cli/LivePicture.h"
 #include "cli/PlayRun.h"
 #include "cli/Terminal.h"
 #include "cli/TerminalText.h"
 #include "item/cHDItem.h"
-#include "kits/common/Text.h"
 #include "kits/sound/cAudioFormat.h"
-#include "playback/cBasePlayer.h"
+#include "playback/cPlayer.h"
 
 namespace qm::cli {
 
@@ -19,18 +18,7 @@ namespace {
 
 constexpr auto kInterval = std::chrono::milliseconds(50);
 
-// By the rules of locales: the first of these that is set decides.
-bool TerminalTakesUnicode() {
-  for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-    const char* value = std::getenv(name);
-    if (value && *value) return ContainsIgnoringCase(value, "utf-8") || ContainsIgnoringCase(value, "utf8");
-  }
-  return false;
-}
-
-void TakeItem(const cHDItem& item, LiveState& state) {
-  state.title = item.FullDescription();
-  state.format = item.AudioFormat()->FormatDescription();
+void TakeMarks(const cHDItem& item, LiveState& state) {
   state.audioStart = item.AudioStart(1);
   state.introStart = item.IntroStart(1);
   state.introEnd = item.IntroEnd(1);
@@ -38,12 +26,17 @@ void TakeItem(const cHDItem& item, LiveState& state) {
   state.audioEnd = item.AudioEnd(1);
 }
 
-LiveState StateOf(const PlayRun& run, const AudioEngine& engine) {
-  const cBasePlayer& player = run.Player();
+LiveState StateOf(const PlayRun& run) {
+  const cPlayer& player = run.Player();
   LiveState state;
-  if (const auto item = player.HDItem()) TakeItem(*item, state);
+  if (const auto whole = player.HDItem()) TakeMarks(*whole, state);
+  if (const auto item = run.Item()) {
+    state.title = item->FullDescription();
+    state.format = item->AudioFormat()->FormatDescription();
+  }
   state.item = run.ItemNumber();
   state.items = run.ItemCount();
+  state.isList = player.ListMode();
   state.status = player.Status();
   state.section = player.Section();
   state.position = player.SecondsPlayed();
@@ -51,30 +44,40 @@ LiveState StateOf(const PlayRun& run, const AudioEngine& engine) {
   state.remainingExtro = player.SecondsRemainingExtro();
   state.inLoop = player.InLoop();
   state.volume = player.PlayVolume();
-  state.misses = engine.CountMisses();
+  state.misses = run.Pool().Engine().CountMisses();
   return state;
 }
 
 }  // namespace
 
-LiveView::LiveView(const PlayRun& run, const AudioEngine& engine, const Terminal& terminal)
-    : m_teller(run), m_run(run), m_engine(engine), m_terminal(terminal), m_unicode(TerminalTakesUnicode()) {}
+LiveView::LiveView(PlayRun& run, const Terminal& terminal)
+    : m_teller(run), m_run(run), m_terminal(terminal), m_unicode(Terminal::TakesUnicode()) {
+  // Of an item and of a list alike.
+  m_levels = run.Player().events.LevelChanged.connect([this](std::int16_t left, std::int16_t right) {
+    m_left = left;
+    m_right = right;
+  });
+}
+
+LiveView::~LiveView() {
+  m_levels.disconnect();
+}
 
 void LiveView::Hear(const HeardEvent& heard) {
   const bool ofFade = heard.sValue1 == static_cast<float>(pvcFadeOut);
-  if (heard.event == peAudioLevelChanged) {
-    m_left = static_cast<std::int16_t>(heard.sValue1);
-    m_right = static_cast<std::int16_t>(heard.sValue2);
-  } else if (heard.event == peVolumeChangeStartNotify && ofFade) {
+  if (heard.event == peVolumeChangeStartNotify && ofFade)
     m_fading = true;
-  } else if (heard.event == peClosed || (heard.event == peVolumeChangeEndNotify && ofFade)) {
+  else if (heard.event == peClosed || (heard.event == peVolumeChangeEndNotify && ofFade))
     m_fading = false;
-  }
   const std::string line = m_teller.Line(heard);
   if (line.empty()) return;
   Erase();
   m_terminal.Write(line + "\n");
   Draw();
+}
+
+void LiveView::Press(const Key& key) {
+  PressKey(key, m_run);
 }
 
 void LiveView::Refresh() {
@@ -83,7 +86,7 @@ void LiveView::Refresh() {
 
 void LiveView::Draw() {
   m_next = Clock::now() + kInterval;
-  LiveState state = StateOf(m_run, m_engine);
+  LiveState state = StateOf(m_run);
   state.fading = m_fading;
   if (state.status == psPlaying) {
     state.left = m_left;

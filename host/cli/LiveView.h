@@ -3,30 +3,27 @@
 #include <string>
 #include <vector>
 
+#include "cli/LiveScreen.h"
 #include "cli/PlainView.h"
-
-namespace qm {
-class AudioEngine;
-}
+#include "kits/common/Event.h"
 
 namespace qm::cli {
 
 class Terminal;
 
 // One block of a terminal, redrawn in place, that shows the run as it is; above it, what has happened.
-class LiveView : public PlayObserver {
+class LiveView : public LiveScreen {
  public:
-  LiveView(const PlayRun& run, const AudioEngine& engine, const Terminal& terminal);
+  LiveView(PlayRun& run, const Terminal& terminal);
+  ~LiveView() override;
 
   void Hear(const HeardEvent& heard) override;
-  // Draws unless it has only just done so.
-  void Refresh();
-  // A failure, above the block.
-  void Tell(const std::string& text);
-  // Takes the block away.
-  void Erase();
-  // Forgets where the block stands: the next one begins on a fresh line.
-  void Leave() { m_widths.clear(); }
+  void Refresh() override;
+  void Tell(const std::string& text) override;  // above the block
+  void Press(const Key& key) override;
+  void Erase() override;
+  // The next block begins on a fresh line.
+  void Leave() override { m_widths.clear(); }
 
  private:
   using Clock = std::chrono::steady_clock;
@@ -35,10 +32,10 @@ class LiveView : public PlayObserver {
   std::string ToBlockStart(std::size_t width) const;
 
   PlayTeller m_teller;
-  const PlayRun& m_run;
-  const AudioEngine& m_engine;
+  PlayRun& m_run;
   const Terminal& m_terminal;
   const bool m_unicode;
+  Event<>::Connection m_levels;
   std::int16_t m_left = 0, m_right = 0;
   bool m_fading = false;
   Clock::time_point m_next{};

@@ -9,8 +9,6 @@
 #include "item/cHDItem.h"
 #include "kits/common/Dates.h"
 #include "kits/sound/cAudioFormat.h"
-#include "kits/sound/ctlVellanPlayer.h"
-#include "playback/cBasePlayer.h"
 
 namespace qm::cli {
 
@@ -37,6 +35,8 @@ constexpr Words kWords[] = {
     {peVolumeChangeStartNotify, "fade begins", true},
     {peFadingOut, "fading out"},
     {peVolumeChangeEndNotify, "fade ends", true},
+    {pePlayerListCurrentItemChanged, "next item"},
+    {pePlayerListItemFinished, "item finished"},
     {peAudioEndReached, "audio end"},
     {peClosed, "closed"},
 };
@@ -64,12 +64,14 @@ std::string PlayTeller::Line(const HeardEvent& heard) {
   // An item that could not be opened is closed as well.
   if (!*words || (heard.event == peClosed && !m_open)) return {};
   m_open = heard.event != peClosed;
-  const cBasePlayer& player = m_run.Player();
+  const bool begins = heard.event == peOpened || heard.event == pePlayerListCurrentItemChanged;
   std::string detail;
-  if (heard.event == peOpened && player.HDItem())
-    detail = ItemText(m_run, *player.HDItem());
-  else if (m_open && player.Control())
-    detail = "at " + TimeText(player.Control()->SecondsPlayed());
+  if (const auto item = m_run.Item(); begins && item)
+    detail = ItemText(m_run, *item);
+  else if (heard.event == pePlayerListItemFinished)
+    detail = heard.hdReference;
+  else if (m_open)
+    detail = "at " + TimeText(m_run.Position());
   const std::string line = fmt::format("{:>10}  {:<15}{}", TimeText(heard.Seconds()), words, detail);
   return line.substr(0, line.find_last_not_of(' ') + 1);
 }

@@ -5,12 +5,7 @@
 #include <unistd.h>
 
 #include "cli/Failure.h"
-#include "cli/LiveKeys.h"
-#include "cli/LiveView.h"
-#include "cli/PlainView.h"
-#include "cli/ProgressBar.h"
 #include "cli/StopSignals.h"
-#include "cli/Terminal.h"
 #include "kits/sound/engine/AudioEngine.h"
 
 namespace qm::cli {
@@ -19,38 +14,30 @@ namespace {
 constexpr int kWaitMilliseconds = 20;
 }
 
-PlayLoop::PlayLoop(PlayRun& run, PlayOutput& output, const StopSignals& signals)
-    : m_run(run), m_output(output), m_engine(*output.Engine()), m_signals(signals) {}
+PlayLoop::PlayLoop(Run& run, PlayOutput& output, const StopSignals& signals)
+    : m_run(run), m_pool(run.Pool()), m_output(output), m_engine(m_pool.Engine()), m_signals(signals) {}
 
 PlayLoop::~PlayLoop() = default;
 
-// The live view where there is somebody to look at it, else a line for each event.
-void PlayLoop::ShowToPeople() {
-  if (m_output.Offline() || !Terminal::Usable()) {
-    m_shown.push_back(std::make_unique<PlainView>(m_run));
+void PlayLoop::Add(std::unique_ptr<PlayObserver> shown) {
+  m_pool.Observe(*shown);
+  m_shown.push_back(std::move(shown));
+}
+
+void PlayLoop::Show(const Showing& showing) {
+  if (!showing.live || m_output.Offline() || !Terminal::Usable()) {
+    if (showing.lines) Add(showing.lines());
     return;
   }
-  m_terminal = std::make_unique<Terminal>();
-  auto view = std::make_unique<LiveView>(m_run, m_engine, *m_terminal);
+  m_terminal = std::make_unique<Terminal>(showing.use);
+  auto view = showing.live(*m_terminal);
   m_view = view.get();
-  m_run.tell = [this](const std::string& text) { m_view->Tell(text); };
-  m_shown.push_back(std::move(view));
+  m_pool.tell = [this](const std::string& text) { m_view->Tell(text); };
+  Add(std::move(view));
 }
 
-void PlayLoop::ShowProgress() {
-  if (!m_output.Offline() || !isatty(STDERR_FILENO)) return;
-  auto bar = std::make_unique<ProgressBar>(m_run);
-  m_run.tell = [bar = bar.get()](const std::string& text) {
-    bar->Clear();
-    TellFailure(text);
-  };
-  m_shown.push_back(std::move(bar));
-}
-
-int PlayLoop::Run(enPrinting printing) {
-  ShowProgress();  // before the view, so that the bar is gone when a line comes
-  if (printing == epForPeople) ShowToPeople();
-  for (const auto& shown : m_shown) m_run.Observe(*shown);
+int PlayLoop::Play(const Showing& showing) {
+  Show(showing);
   m_run.Start();
   while (!m_run.Finished()) {
     m_run.LoadAhead();
@@ -69,8 +56,8 @@ int PlayLoop::Run(enPrinting printing) {
 }
 
 void PlayLoop::PutAway() {
-  for (const auto& shown : m_shown) m_run.StopObserving(*shown);
-  m_run.tell = TellFailure;
+  for (const auto& shown : m_shown) m_pool.StopObserving(*shown);
+  m_pool.tell = TellFailure;
   m_view = nullptr;
   m_shown.clear();
   m_terminal.reset();
@@ -78,7 +65,7 @@ void PlayLoop::PutAway() {
 
 void PlayLoop::PumpFile() {
   if (m_engine.Pump() || m_run.Finished()) return;
-  m_run.tell("the sound does not go on");
+  m_pool.tell("the sound does not go on");
   m_run.Stop();
 }
 
@@ -97,8 +84,9 @@ void PlayLoop::Wait() const {
 }
 
 void PlayLoop::TakeKeys() {
-  const std::string bytes = m_terminal->ReadKeys();
-  for (std::string_view rest = bytes; !rest.empty();) PressKey(TakeKey(rest), m_run);
+  const auto now = std::chrono::steady_clock::now();
+  m_keys.Feed(m_terminal->ReadKeys(), now);
+  for (Key key; m_keys.Take(key, now) && !m_run.Finished();) m_view->Press(key);
 }
 
 void PlayLoop::TakeSignal() {

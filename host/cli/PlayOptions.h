@@ -9,12 +9,22 @@
 
 namespace qm::cli {
 
+// How the items belong together.
+enum enPlayManner : std::int32_t {
+  epmSequence,  // one after another
+  epmList,      // one running order
+  epmDesk,      // as somebody at the terminal wants them
+};
+
 struct PlayOptions {
   std::vector<std::string> items;
   OutputChoice output;
   PlayWishes wishes;
+  enPlayManner manner = epmSequence;
+  std::int16_t players = 0;  // of the desk; 0 leaves it to the settings
   std::string profile;
   std::string eventsPath;
+  std::string playLogsPath;
   enPrinting printing = epForPeople;
 };
 

@@ -1,22 +1,14 @@
 #pragma once
 #include <cstdint>
-#include <deque>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
-#include "cli/ItemArgument.h"
-#include "cli/ItemFile.h"
-#include "cli/PlayObserver.h"
-#include "contract/IPlayerCallback.h"
+#include "cli/PlayPool.h"
 
 namespace qm {
-class AudioEngine;
-class cBasePlayer;
-struct Platform;
-}  // namespace qm
+class cHDItem;
+}
 
 namespace qm::cli {
 
@@ -29,81 +21,51 @@ struct PlayWishes {
   bool hook = false;      // only the hooks
 };
 
-// Plays items one after another through one player, each from the very frame at which the one before it
-// ended.
-//
-// Owner of its player: hold it by std::shared_ptr and call Terminate at the end. Items that cannot be played
-// are told of and passed over; a device that cannot be had ends the run.
-class PlayRun : public IPlayerCallback, public std::enable_shared_from_this<PlayRun> {
+// What is done with the pool from a start to an end.
+class Run {
  public:
-  struct Parts {
-    std::shared_ptr<const Platform> platform;
-    std::shared_ptr<AudioEngine> engine;  // the platform's sound
-    std::shared_ptr<cAudioSettings> settings;
-    std::vector<ItemArgument> items;
-    PlayWishes wishes;
-  };
+  explicit Run(PlayPool& pool);
+  virtual ~Run();
+  Run(const Run&) = delete;
+  Run& operator=(const Run&) = delete;
 
-  explicit PlayRun(Parts parts);
-
-  // Heard in this order, until StopObserving.
-  void Observe(PlayObserver& observer) { m_observers.push_back(&observer); }
-  void StopObserving(const PlayObserver& observer) { std::erase(m_observers, &observer); }
-  // Where failures are told; standard error at first.
-  std::function<void(const std::string& text)> tell;
-
-  void Start();
-  // Gets the next item ready. To be called while there is time: one that is ready goes on the air without a
-  // pause.
-  void LoadAhead();
+  virtual void Start() = 0;
+  // Gets ready what comes next. To be called while there is time.
+  virtual void LoadAhead() = 0;
   // Closes what plays; nothing comes after it.
-  void Stop();
-  // Closes what plays and goes on with the next item.
-  void GoOn();
-  // The same at the end of a fade that begins now.
-  void FadeAndGoOn(float seconds);
-  void Terminate();
+  virtual void Stop() = 0;
 
+  PlayPool& Pool() const { return m_pool; }
   bool Finished() const { return m_finished; }
   bool Failed() const { return m_failed; }
-  cBasePlayer& Player() const { return *m_player; }
-  std::size_t ItemNumber() const { return m_number; }  // of the present item, from 1
-  std::size_t ItemCount() const { return m_count; }
 
-  // IPlayerCallback.
-  void PlayerEvent(std::int16_t PlayerReference, std::int32_t EventReference, std::string& HDReference,
-                   float& sValue1, float& sValue2, std::string& strValue1, std::string& strValue2) override;
-  void RecorderEvent(std::int32_t, std::string&, float&, float&, std::string&, std::string&) override {}
-  std::shared_ptr<cAudioSettings> AudioSettings() const override { return m_settings; }
-  std::int16_t NumberPlayers() const override { return 1; }
-  std::shared_ptr<cPlayer> Player(std::int16_t) const override { return nullptr; }
+ protected:
+  virtual void Act(const HeardEvent& heard) = 0;
+  void TellOf(const std::string& text);
+  void Finish() { m_finished = true; }
 
  private:
-  struct Ready {
-    ItemFile file;
-    std::size_t number = 0;
-  };
-
-  void PlayNext();
-  bool PlayOne(const std::shared_ptr<cHDItem>& item);
-  std::int16_t VolumeOf(const cHDItem& item) const;
-  void ScheduleFade(const cHDItem& item);
-  void TellOf(const std::string& text);
-  void Act(std::int32_t event, float sValue1, const std::string& strValue1);
-
-  const std::shared_ptr<AudioEngine> m_engine;
-  const std::shared_ptr<cAudioSettings> m_settings;
-  const std::shared_ptr<cBasePlayer> m_player;
-  const PlayWishes m_wishes;
-  const std::size_t m_count;
-  std::deque<ItemArgument> m_waiting;
-  std::optional<Ready> m_ready;
-  std::vector<PlayObserver*> m_observers;
-  std::size_t m_number = 0;
-  bool m_goOnAfterFade = false;
-  bool m_told = false;  // of a failure, since the present item was begun
+  PlayPool& m_pool;
   bool m_failed = false;
   bool m_finished = false;
+};
+
+// Items that follow each other on player 1. Those that cannot be played are told of and passed over.
+class PlayRun : public Run {
+ public:
+  using Run::Run;
+
+  // False when this kind of run has no such thing.
+  virtual bool GoOn() = 0;                      // with the next item, at once
+  virtual bool FadeAndGoOn(float seconds) = 0;  // the same at the end of a fade that begins now
+  virtual bool SeekBy(float seconds) = 0;
+  virtual void SetVolume(std::int16_t volume) = 0;
+
+  cPlayer& Player() const { return Pool().Player(1); }
+  virtual std::shared_ptr<cHDItem> Item() const = 0;  // absent when nothing is open
+  virtual float Position() const = 0;          // seconds in what the player holds, to the frame if it can
+  virtual std::size_t ItemNumber() const = 0;  // of that item, from 1
+  virtual std::size_t ItemCount() const = 0;
 };
 
 }  // namespace qm::cli

@@ -10,7 +10,7 @@
 #include "cli/TerminalText.h"
 #include "contract/PlayerVocabulary.h"
 #include "item/cHDItem.h"
-#include "playback/cBasePlayer.h"
+#include "playback/cPlayer.h"
 
 namespace qm::cli {
 
@@ -29,12 +29,14 @@ std::string ProgressText(double percent, std::size_t item, std::size_t items, co
 
 void ProgressBar::Hear(const HeardEvent& heard) {
   if (*EventWords(heard)) return Clear();
-  const cBasePlayer& player = m_run.Player();
-  if (heard.event != pePositionChanged || !player.HDItem() || Clock::now() < m_next) return;
+  const cPlayer& player = m_run.Player();
+  if (heard.event != pePositionChanged || Clock::now() < m_next) return;
+  const auto item = m_run.Item();
+  if (!item) return;
   m_next = Clock::now() + kInterval;
   m_shown = true;
-  const std::string text = ProgressText(player.TotalPercentagePlayed(), m_run.ItemNumber(), m_run.ItemCount(),
-                                        player.HDItem()->ItemTitle());
+  const std::string text = ProgressText(static_cast<double>(player.TotalPercentagePlayed()),
+                                        m_run.ItemNumber(), m_run.ItemCount(), item->ItemTitle());
   std::fprintf(stderr, "\r%s\x1b[K", text.c_str());
   std::fflush(stderr);
 }

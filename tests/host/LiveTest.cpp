@@ -4,15 +4,14 @@
 #include <utmp.h>
 
 #include "ProgramRun.h"
-#include "cli/LiveKeys.h"
 #include "cli/LivePicture.h"
+#include "cli/TerminalKeys.h"
 #include "cli/TerminalText.h"
 
 namespace qm::cli {
 namespace {
 
 using namespace test;
-using testing::ElementsAre;
 
 LiveState Somewhere() {
   LiveState state;
@@ -67,11 +66,61 @@ TEST(TerminalText, CountsCells) {
   EXPECT_EQ(CutText("a\x1b[2J\xff", 9), "a?[2J?");
 }
 
-TEST(LiveKeys, ReadsWhatTerminalsSend) {
-  std::string_view bytes = "c\x1b[D\x1b[1;5C\x1bOD\x1b[A \x1b";
-  std::vector<std::int32_t> keys;
-  while (!bytes.empty()) keys.push_back(TakeKey(bytes));
-  EXPECT_THAT(keys, ElementsAre('c', ekLeft, ekRight, ekLeft, 0, ' ', 0));
+struct SentKey {
+  std::string bytes;
+  Key key;
+};
+
+TEST(KeyReader, ReadsWhatTerminalsSend) {
+  const SentKey sent[] = {
+      {"c", {'c', 0}},
+      {"\n", {ekEnter, 0}},
+      {"\u00e9", {0xE9, 0}},
+      {"\x1bp", {'p', ehAlt}},
+      {"\x1b[A", {ekUp, 0}},
+      {"\x1bOD", {ekLeft, 0}},
+      {"\x1b[1;5C", {ekRight, ehControl}},
+      {"\x1b[6~", {ekPageDown, 0}},
+      {"\x1bOP", {ekF1, 0}},               // xterm
+      {"\x1b[1;2P", {ekF1, ehShift}},      // xterm
+      {"\x1bO5S", {ekF1 + 3, ehControl}},  // older terminals
+      {"\x1bO1;3R", {ekF1 + 2, ehAlt}},
+      {"\x1b[11~", {ekF1, 0}},
+      {"\x1b[[E", {ekF1 + 4, 0}},  // Linux console
+      {"\x1b[15;8~", {ekF1 + 4, ehShift | ehControl | ehAlt}},
+      {"\x1b[24~", {ekF1 + 11, 0}},
+      {"\x1b[23^", {ekF1 + 10, ehControl}},  // rxvt
+      {"\x1b\x1bOQ", {ekF1 + 1, ehAlt}},     // rxvt
+      {"\x1b[29~", {ekF16, 0}},
+      {"\x1b[99~", {ekUnknown, 0}},
+  };
+  KeyReader whole, split;
+  const KeyReader::Time now{};
+  Key key;
+  std::string all;
+  for (const SentKey& row : sent) {
+    for (std::size_t at = 0; at + 1 < row.bytes.size() && row.bytes[0] == '\x1b'; ++at) {
+      split.Feed(row.bytes.substr(at, 1), now);
+      EXPECT_FALSE(split.Take(key, now)) << row.bytes;
+    }
+    split.Feed(row.bytes[0] == '\x1b' ? row.bytes.substr(row.bytes.size() - 1) : row.bytes, now);
+    ASSERT_TRUE(split.Take(key, now)) << row.bytes;
+    EXPECT_EQ(key.code, row.key.code) << row.bytes;
+    EXPECT_EQ(key.held, row.key.held) << row.bytes;
+    all += row.bytes;
+  }
+  whole.Feed(all, now);
+  for (const SentKey& row : sent) EXPECT_TRUE(whole.Take(key, now) && key == row.key) << row.bytes;
+}
+
+TEST(KeyReader, TakesAnEscapeThatNothingFollowsForAKey) {
+  KeyReader reader;
+  const KeyReader::Time now{};
+  Key key;
+  reader.Feed("\x1b", now);
+  EXPECT_FALSE(reader.Take(key, now));
+  EXPECT_TRUE(reader.Take(key, now + KeyReader::kPatience));
+  EXPECT_EQ(key.code, ekEscape);
 }
 
 // The program on a terminal of its own.
