@@ -19,8 +19,9 @@ inline double ProcessSeconds() { return Seconds(CLOCK_PROCESS_CPUTIME_ID); }
 
 // One line of the README's table: what, how much of what, and the goal ("" where none is set).
 inline void Row(const std::string& what, double value, const std::string& unit, const std::string& goal = "") {
-  std::printf("| %s | %.*f%s | %s |\n", what.c_str(), value < 10 ? 2 : value < 100 ? 1 : 0, value, unit.c_str(),
-              goal.c_str());
+  const bool whole = value >= 0 && value == static_cast<double>(static_cast<long long>(value));
+  std::printf("| %s | %.*f%s | %s |\n", what.c_str(), whole ? 0 : value < 10 ? 2 : value < 100 ? 1 : 0, value,
+              unit.c_str(), goal.c_str());
   std::fflush(stdout);
 }
 
