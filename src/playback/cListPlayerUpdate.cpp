@@ -14,6 +14,7 @@ constexpr float kCueAhead = 10;  // seconds before the handover
 constexpr float kFreshlyStarted = 0.1f;
 constexpr float kStartAhead = 0.1f;  // of what follows a hook or a separator
 constexpr std::int32_t kTraceLevel = 5;
+constexpr std::int32_t kErrorLevel = 2;
 
 float HandoverPoint(const tyHDListItem& entry) {
   return entry.IsHook() ? entry.HDItem->HookEnd(1) : entry.HDItem->Extro(1);
@@ -59,10 +60,13 @@ void cListPlayer::ReportLevels() {
 }
 
 void cListPlayer::PlayerEvent(std::int16_t PlayerReference, std::int32_t EventReference, std::string&,
-                              float& sValue1, float& sValue2, std::string&, std::string&) {
+                              float& sValue1, float& sValue2, std::string& strValue1, std::string&) {
   const auto keeper = weak_from_this().lock();
   cBasePlayer* const player = PlayerAt(PlayerReference);
   if (!player) return;
+  // The run goes on whatever a player meets with: only the trace tells.
+  if (EventReference == peError)
+    Trace(kErrorLevel, ednPlain, "ListPlayer : Player ", PlayerReference, " error ", sValue1, " ", strValue1);
   if (EventReference == peQueryClose && player->Status() == psPlaying && m_raiseEvents &&
       Entry(player->PlayedTag()))
     HearFinished(*player);

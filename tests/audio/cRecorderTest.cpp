@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "audio/FakeRecording.h"
 #include "contract/IPlayerCallback.h"
 #include "item/cHDItem.h"
 #include "kits/common/Clock.h"
@@ -11,46 +12,14 @@
 #include "kits/sound/SoundSystem.h"
 #include "kits/sound/cAudioFile.h"
 #include "kits/sound/ctlVellanPlayer.h"
-#include "kits/sound/record/RecordingControl.h"
 #include "settings/cAudioSettings.h"
 #include "support/SoundFixtures.h"
 
 namespace qm {
 namespace {
 
+using test::FakeRecording;
 using test::TempFolder;
-
-// Writes what it "records" at its close: that many frames at 8000 Hz.
-class FakeControl : public RecordingControl {
- public:
-  std::int32_t Open(const RecordingRequest& asked) override {
-    request = asked;
-    ++opened;
-    return openResult;
-  }
-  bool Stop() override { return true; }
-  std::int32_t Close(enRecordingKeep keep) override {
-    kept = keep == erkKeep;
-    if (kept) test::WriteBytes(request.path, test::Wav16(test::Ramp16(frames), 8000, 1));
-    events.Closed();
-    return 0;
-  }
-  bool Pause() override { return works; }
-  bool Resume() override { return works; }
-  void SetTriggerLevel(std::int16_t level) override { triggerLevel = level; }
-  float Position() const override { return static_cast<float>(frames) / 8000; }
-  float Length() const override { return 100; }
-  std::uint64_t FramesLost() const override { return 0; }
-  void SetLimit(double) override {}
-  std::int32_t DeviceNumber() const override { return device; }
-  void SetDeviceNumber(std::int32_t number) override { device = number; }
-
-  RecordingRequest request;
-  std::int32_t openResult = 0, device = -1, opened = 0;
-  std::int16_t triggerLevel = 0;
-  std::size_t frames = 16000;
-  bool works = true, kept = false;
-};
 
 class FakeSound : public SoundSystem {
  public:
@@ -60,7 +29,7 @@ class FakeSound : public SoundSystem {
   std::shared_ptr<RecordingControl> CreateRecorder() override { return control; }
   bool Pump() override { return false; }
   int WaitDescriptor() const override { return -1; }
-  std::shared_ptr<FakeControl> control = std::make_shared<FakeControl>();
+  std::shared_ptr<FakeRecording> control = std::make_shared<FakeRecording>();
 };
 
 class FakeBox : public MessageBox {
@@ -129,7 +98,7 @@ class RecorderTest : public testing::Test {
                       : "odd");
     return text;
   }
-  FakeControl& Control() { return *sound->control; }
+  FakeRecording& Control() { return *sound->control; }
   Lines Heard() { return std::exchange(owner->heard, {}); }
 
   TempFolder folder;

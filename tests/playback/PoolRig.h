@@ -1,4 +1,5 @@
 #pragma once
+#include "audio/FakeRecording.h"
 #include "playback/PlayerRig.h"
 #include "playback/cListPlayer.h"
 #include "playback/cPlayLog.h"
@@ -15,6 +16,8 @@ class PoolSound : public FakeSound {
     scripts.push_back(script);
     return FakeSound::CreatePlayer();
   }
+  std::shared_ptr<RecordingControl> CreateRecorder() override { return recording; }
+  std::shared_ptr<FakeRecording> recording = std::make_shared<FakeRecording>();
   std::vector<std::shared_ptr<ControlScript>> scripts;  // in the order in which they were made
 };
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "audio/cRecorder.h"
+#include "kits/sound/cAudioFormat.h"
 #include "playback/PoolRig.h"
 
 namespace qm {
@@ -190,6 +192,40 @@ TEST(Pool, FunctionKeysWorkThePlayers) {
     allow = false;
     EXPECT_FALSE(rig.pool->CheckKeyPress(row.key, row.held, MakeItem("y"))) << row.what;
     EXPECT_EQ(rig.TakeHeard().find("Query"), std::string::npos) << row.what;
+  }
+}
+
+TEST(Pool, ShiftAndTheThirdGroupWorkTheRecorder) {
+  constexpr std::int16_t F9 = 120, kShift = 1, kControl = 2, kAlt = 4;
+  struct {
+    std::int16_t key, held;
+    bool ran;
+    const char* told;  // events of the recorder
+  } const rows[] = {
+      {F9, kShift, true, "5"},
+      {F9 + 1, kShift, true, "9"},
+      {F9 + 2, kShift, false, ""},
+      {F9 + 3, kShift | kControl, true, "18=2"},
+      {F9 + 3, kShift | kAlt, true, "18"},
+      {F9 + 1, 0, false, ""},
+  };
+  for (const auto& row : rows) {
+    PoolRig rig(3);
+    auto item = MakeItem("take");
+    auto format = std::make_shared<cAudioFormat>();
+    format->SetFormatType(2);
+    format->SetSampleRate(8000);
+    format->SetChannels(1);
+    format->SetWAVFormatTag(1);
+    ASSERT_TRUE(rig.pool->Recorder()->RecordItem(item, format));
+    rig.sound->recording->events.Position();
+    std::string told;
+    rig.pool->events.RecorderEvent.connect(
+        [&](std::int32_t event, std::string&, float& sValue1, float&, std::string&, std::string&) {
+          test::AddWord(told, std::to_string(event) + (sValue1 != 0 ? "=" + NumberText(sValue1) : ""));
+        });
+    EXPECT_EQ(rig.pool->CheckKeyPress(row.key, row.held, nullptr), row.ran) << row.key << "+" << row.held;
+    EXPECT_EQ(told, row.told) << row.key << "+" << row.held;
   }
 }
 
