@@ -27,6 +27,8 @@ Command AddDevicesCommand(CLI::App& program);
 Command AddInfoCommand(CLI::App& program);
 Command AddTagCommand(CLI::App& program);
 Command AddCopyCommand(CLI::App& program);
+Command AddPeaksCommand(CLI::App& program);
+Command AddWaveCommand(CLI::App& program);
 Command AddRecordCommand(CLI::App& program);
 
 }  // namespace qm::cli

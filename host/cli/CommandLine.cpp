@@ -18,11 +18,13 @@ constexpr char kExamples[] =
     "  quillmere info --json song.ogg\n"
     "  quillmere tag song.ogg 'ItemTitle=Blue Skies' Year=1958\n"
     "  quillmere copy intro.wav song.ogg joined.wav --mix 2 --normalise 90\n"
+    "  quillmere wave song.ogg::IntroEnd=12.5 --png song.png --highlight 60-75\n"
     "'quillmere COMMAND --help' tells more about a command.";
 
 // In the order in which --help lists them.
-Command (*const kCommands[])(CLI::App&) = {AddPlayCommand, AddDevicesCommand, AddInfoCommand, AddTagCommand,
-                                           AddCopyCommand, AddRecordCommand};
+Command (*const kCommands[])(CLI::App&) = {AddPlayCommand,  AddDevicesCommand, AddInfoCommand,
+                                           AddTagCommand,   AddCopyCommand,    AddRecordCommand,
+                                           AddPeaksCommand, AddWaveCommand};
 
 // One line, whatever the parser has to say.
 std::int32_t TellUsage(const CLI::ParseError& error) {
