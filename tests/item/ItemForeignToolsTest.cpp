@@ -66,8 +66,9 @@ std::string Output(const std::string& command) {
 class ForeignTools : public testing::Test {
  protected:
   void Load() { ASSERT_TRUE(m_item.LoadFromFile(m_path)); }
-  void ExpectFields(const std::vector<std::pair<const char*, const char*>>& fields) {
-    for (const auto& [field, value] : fields) EXPECT_EQ(FieldText(m_item, field), value) << field;
+  void ExpectFields(const char* fields) {
+    for (const auto& [field, value] : SplitFields(fields))
+      EXPECT_EQ(FieldText(m_item, field), value) << field;
   }
   void ExpectOutput(const std::string& command, const std::vector<const char*>& parts) {
     const std::string text = Output(command + " " + Quoted(m_path));
@@ -96,14 +97,9 @@ TEST_F(ForeignTools, CartOfTheSoundFileLibrary) {
   WriteSound(m_path, &cart);
   Load();
   for (const CartField& row : kCart) EXPECT_EQ(FieldText(m_item, row.field), row.value) << row.field;
-  ExpectFields({{"AudioStart1", "0.5"},
-                {"IntroEnd1", "2.5"},
-                {"Extro1", "17"},
-                {"HookStart1", "3"},
-                {"HookEnd1", "4"},
-                {"Composer", "Irving"},
-                {"TotalLength", "20"},
-                {"EndType", "0"}});
+  ExpectFields(
+      "AudioStart1=0.5;IntroEnd1=2.5;Extro1=17;HookStart1=3;HookEnd1=4;Composer=Irving;TotalLength=20;"
+      "EndType=0");
 }
 
 TEST_F(ForeignTools, TheSoundFileLibraryReadsOurCart) {
@@ -130,7 +126,8 @@ TEST_F(ForeignTools, TheSoundFileLibraryReadsOurCart) {
   EXPECT_EQ(std::string(cart.post_timers[0].usage, 4), "SEG1");
   EXPECT_EQ(cart.post_timers[0].value, 17000);
   EXPECT_EQ(cart.post_timers[1].value, -1);
-  EXPECT_TRUE(std::string(cart.tag_text).starts_with("<COMPOSER>Irving</COMPOSER>")) << cart.tag_text;
+  const std::string composer = "<COMPOSER>Irving</COMPOSER>";
+  EXPECT_EQ(std::string(cart.tag_text, composer.size()), composer);
 }
 
 TEST_F(ForeignTools, BextAndListOfOthers) {
@@ -140,12 +137,9 @@ TEST_F(ForeignTools, BextAndListOfOthers) {
       "--bext-orig-date 2021-02-03 --bext-orig-time 04:05:06 --bext-coding-hist A=PCM --str-artist Benny " +
       m_temp.File("in.wav") + " " + m_path));
   Load();
-  ExpectFields({{"ItemDescription1", "About"},
-                {"Originator", "Studio"},
-                {"OriginatorReference", "R1"},
-                {"OriginationDate", "44230"},
-                {"OriginationTime", "14706"},
-                {"ArtistName1", "Benny"}});
+  ExpectFields(
+      "ItemDescription1=About;Originator=Studio;OriginatorReference=R1;OriginationDate=44230;OriginationTime="
+      "14706;ArtistName1=Benny");
   EXPECT_TRUE(m_item.CodingHistory().starts_with("A=PCM")) << m_item.CodingHistory();
   ASSERT_TRUE(
       RunCommand("ffmpeg -y -i " + m_temp.File("in.wav") +
@@ -154,13 +148,9 @@ TEST_F(ForeignTools, BextAndListOfOthers) {
                  "-metadata title=Song -metadata artist=Band -metadata date=1987 -metadata genre=Jazz " +
                  m_path));
   Load();
-  ExpectFields({{"ItemTitle", "Song"},
-                {"ArtistName1", "Band"},
-                {"Year", "1987"},
-                {"CategoryInfo", "Jazz"},
-                {"Originator", "Tool"},
-                {"OriginationDate", "43832"},
-                {"TotalLength", "20"}});
+  ExpectFields(
+      "ItemTitle=Song;ArtistName1=Band;Year=1987;CategoryInfo=Jazz;Originator=Tool;OriginationDate=43832;"
+      "TotalLength=20");
 }
 
 TEST_F(ForeignTools, OthersReadOurBext) {
@@ -189,10 +179,7 @@ TEST_F(ForeignTools, Id3OfTheTagLibrary) {
       "')\nf.add_tags()\nfor t,x in ((i.TIT2,'Caf\\u00e9'),(i.TPE1,'One'),(i.TPE2,'Two'),(i.TCON,'Jazz')): "
       "f.tags.add(t(encoding=0,text=[x]))\nf.tags.add(i.APIC(data=b'x'*200))\nf.save()\""));
   Load();
-  ExpectFields({{"ItemTitle", "Caf\xC3\xA9"},
-                {"ArtistName1", "One"},
-                {"ArtistName2", "Two"},
-                {"CategoryInfo", "Jazz"}});
+  ExpectFields("ItemTitle=Caf\xC3\xA9;ArtistName1=One;ArtistName2=Two;CategoryInfo=Jazz");
 }
 
 }  // namespace
