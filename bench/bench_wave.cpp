@@ -1,0 +1,82 @@
+// What drawing an hour's waveform costs: against its budget, a plain fill of the surface and reading the peak
+// file.
+#include <algorithm>
+#include <cstdlib>
+#include <new>
+#include <vector>
+
+#include "Bench.h"
+#include "audio/cPeakFile.h"
+#include "audio/cWaveformRenderer.h"
+#include "kits/draw/OffscreenSurface.h"
+
+namespace {
+std::int64_t allocations = 0;
+}
+
+[[gnu::noinline]] void* operator new(std::size_t size) {
+  ++allocations;
+  if (void* memory = std::malloc(size)) return memory;
+  throw std::bad_alloc();
+}
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+
+namespace qm::bench {
+namespace {
+
+constexpr std::int32_t kWidth = 1920, kHeight = 200;
+constexpr int kRounds = 200;
+
+// The shortest of some runs: the rest of the machine only ever adds.
+template <class Work>
+double Shortest(Work work) {
+  double shortest = 1e9;
+  for (int round = 0; round < kRounds; ++round) {
+    const double started = WallSeconds();
+    work();
+    shortest = std::min(shortest, WallSeconds() - started);
+  }
+  return shortest;
+}
+
+int Run() {
+  const Inputs inputs;
+  const std::string wav = inputs.Make("an hour.wav", 3600, "-c:a pcm_s16le");
+  const std::string ppk = inputs.File("an hour.ppk");
+  const auto peaks = std::make_shared<cPeakFile>();
+  if (wav.empty() || peaks->ScanAudioFile(wav, ppk) != pfeOK) return 1;
+
+  OffscreenSurface surface(kWidth, kHeight, 0xFFFFFF);
+  cWaveformRenderer renderer;
+  renderer.SetPeakFile(peaks);
+  const double draw = Shortest([&] { renderer.DrawWaveform(&surface, 0, 0, kWidth, kHeight, dwtNormal); });
+  const double fill = Shortest([&] { surface.FillRectangle({0, 0, kWidth, kHeight}, 0xD0D0D0); });
+  const double read = Shortest([&] { peaks->ReadPeakFile(ppk); });
+  Row("waveform of an hour of stereo, 1920 x 200", draw * 1000, " ms", "at most 2");
+  Row("against filling the surface", draw / fill, " times");
+  Row("against reading its peak file from memory", draw / read, " times");
+
+  const std::int64_t before = allocations;
+  std::int32_t number = 3600 * 44100;
+  double slowest = 0;
+  for (; number > 500 * kWidth / 10; number /= 2) {
+    const double started = WallSeconds();
+    renderer.DrawWaveform(&surface, 0, 0, kWidth, kHeight, dwtNormal, 44100, number);
+    slowest = std::max(slowest, WallSeconds() - started);
+  }
+  Row("slowest of all zoom levels", slowest * 1000, " ms", "at most 2");
+  Row("allocations while zooming through them", static_cast<double>(allocations - before), "", "0");
+  return 0;
+}
+
+}  // namespace
+}  // namespace qm::bench
+
+int main() {
+  return qm::bench::Run();
+}

@@ -1,0 +1,96 @@
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "ProgramRun.h"
+#include "kits/draw/Picture.h"
+
+namespace qm {
+namespace {
+
+using namespace test;
+namespace fs = std::filesystem;
+
+// Twenty seconds of silence, so that what lies over the waveform stands alone.
+struct WaveProgram : testing::Test {
+  WaveProgram() { WriteBytes(folder.File("a.wav"), Wav16(std::vector<std::int16_t>(160000), 8000, 1)); }
+
+  // The picture and what was said, for a status of 0.
+  Picture Draw(std::vector<std::string> words) {
+    words.insert(words.begin(), {"wave", "--png", "o.png", "--size", "200x100", "--back-colour", "#FFFFFF"});
+    ProgramRun run(folder, Quillmere(words));
+    EXPECT_EQ(run.Status(), 0) << run.Err();
+    said = run.Out();
+    Picture picture;
+    EXPECT_TRUE(ReadPng(folder.File("o.png"), picture));
+    return picture;
+  }
+
+  TempFolder folder;
+  std::string said;
+};
+
+TEST_F(WaveProgram, ShowsMarkersHighlightPositionAndView) {
+  const Picture picture = Draw({"a.wav::IntroEnd=5,Extro=15", "--end", "10", "--highlight", "6-7",
+                                "--position", "8", "--json", "--line-colour", "#FF0080"});
+  ASSERT_EQ(picture.width, 200);
+  ASSERT_EQ(picture.height, 100);
+  struct {
+    int x, y;
+    std::uint32_t colour;
+    const char* what;
+  } const rows[] = {{50, 40, 0x00FF00, "intro"},
+                    {110, 40, 0xFFFFFF, "behind it"},
+                    {125, 40, 0xA0A0A0, "highlight"},
+                    {160, 40, 0x000000, "position"},
+                    {110, 60, 0xFF0080, "outline"},
+                    {50, 1, 0xA0A0A0, "view on the bar"},
+                    {150, 8, 0xFF0000, "extro on the bar"},
+                    {130, 8, 0xFFFFFF, "bar"}};
+  for (const auto& row : rows) EXPECT_EQ(picture.At(row.x, row.y), row.colour) << row.what;
+  const auto told = nlohmann::json::parse(said);
+  EXPECT_EQ(told["seconds"], 10);
+  EXPECT_EQ(told["totalSeconds"], 20);
+  EXPECT_EQ(told["markers"][0]["title"], "Intro 1");
+  EXPECT_TRUE(fs::exists(folder.File("Peakfiles/a.ppk")));
+}
+
+TEST_F(WaveProgram, ZoomsAndDrawsWithoutABarOrAPeakFileBesideTheAudio) {
+  WriteBytes(folder.File("Peakfiles"), "in the way");
+  const Picture picture = Draw({"a.wav", "--no-bar", "--start", "4", "--zoom", "1", "--highlight", "10-11"});
+  EXPECT_NE(said.find("0:08.00 to 0:16.00 of 0:20.00"), std::string::npos) << said;
+  EXPECT_EQ(picture.At(49, 0), 0xFFFFFFu);
+  EXPECT_EQ(picture.At(51, 0), 0xA0A0A0u);
+  EXPECT_EQ(picture.At(0, 50), 0x0707FFu);
+  Draw({"a.wav", "--zoom", "highlight", "--highlight", "10-11", "--single"});
+  EXPECT_NE(said.find("0:10.00 to 0:11.00"), std::string::npos) << said;
+}
+
+TEST_F(WaveProgram, RefusesInOneLineAndLeavesTheOldPicture) {
+  WriteBytes(folder.File("o.png"), "old");
+  WriteBytes(folder.File("text.wav"), "no audio");
+  const std::pair<std::vector<std::string>, int> rows[] = {
+      {{"gone.wav"}, 1},
+      {{"text.wav"}, 1},
+      {{"a.wav::Nonsense=1"}, 2},
+      {{"a.wav", "--size", "0x5"}, 2},
+      {{"a.wav", "--size", "5"}, 2},
+      {{"a.wav", "--highlight", "3-2"}, 2},
+      {{"a.wav", "--highlight", "nan-2"}, 2},
+      {{"a.wav", "--zoom", "highlight"}, 2},
+      {{"a.wav", "--zoom", "-1"}, 2},
+      {{"a.wav", "--start", "5", "--end", "5"}, 2},
+      {{"a.wav", "--fill-colour", "blue"}, 2},
+  };
+  for (auto [words, status] : rows) {
+    const std::string last = words.back();
+    words.insert(words.begin(), {"wave", "--png", "o.png"});
+    ProgramRun run(folder, Quillmere(words));
+    EXPECT_EQ(run.Status(), status) << last;
+    EXPECT_EQ(Lines(run.Err()).size(), 1u) << run.Err();
+  }
+  EXPECT_EQ(ReadBytes(folder.File("o.png")), "old");
+}
+
+}  // namespace
+}  // namespace qm
