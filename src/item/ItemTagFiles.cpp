@@ -28,8 +28,7 @@ void TakeGenre(const std::string& name, cHDItem& item) {
 }  // namespace
 
 bool LoadItemTags(cHDItem& item, const std::string& path) {
-  cAudioTagFile file;
-  SetModeFor(path, item.AudioFileType(), file);
+  cAudioTagFile file;  // all kinds of tags are read, whatever the mode
   if (!file.Open(path)) return false;
   cAudioFormat format = file.Format();
   format.SetFormatType(item.AudioFileType());

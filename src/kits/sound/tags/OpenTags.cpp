@@ -10,9 +10,44 @@
 #include <taglib/vorbisfile.h>
 #include <taglib/xiphcomment.h>
 
+#include <algorithm>
+#include <optional>
+
+#include "kits/sound/AudioFileBytes.h"
+
 namespace qm {
 
 namespace {
+
+// Open bytes as the library's own kind of file, which it cannot write.
+class BytesStream : public TagLib::IOStream {
+ public:
+  explicit BytesStream(const AudioFileBytes& bytes) : m_bytes(bytes) {}
+
+  TagLib::FileName name() const override { return ""; }
+  TagLib::ByteVector readBlock(unsigned long length) override {
+    const auto left = static_cast<unsigned long>(std::max<std::int64_t>(0, m_bytes.Size() - m_position));
+    TagLib::ByteVector block(static_cast<unsigned int>(std::min(length, left)), 0);
+    block.resize(static_cast<unsigned int>(m_bytes.ReadAt(m_position, block.data(), block.size())));
+    m_position += block.size();
+    return block;
+  }
+  void writeBlock(const TagLib::ByteVector&) override {}
+  void insert(const TagLib::ByteVector&, unsigned long, unsigned long) override {}
+  void removeBlock(unsigned long, unsigned long) override {}
+  bool readOnly() const override { return true; }
+  bool isOpen() const override { return true; }
+  void seek(long offset, Position from) override {
+    m_position = offset + (from == Current ? m_position : from == End ? m_bytes.Size() : 0);
+  }
+  long tell() const override { return static_cast<long>(m_position); }
+  long length() override { return static_cast<long>(m_bytes.Size()); }
+  void truncate(long) override {}
+
+ private:
+  const AudioFileBytes& m_bytes;
+  std::int64_t m_position = 0;
+};
 
 using MpegFile = TagLib::MPEG::File;
 
@@ -29,13 +64,12 @@ TagLib::ID3v2::Version VersionToWrite(const TagLib::ID3v2::Tag& tag, bool isNew)
 
 class OpenMpegTags : public OpenTags {
  public:
-  OpenMpegTags(const std::string& path, TagAccess access, enTagMode mode)
-      : m_stream(path.c_str(), access == TagAccess::read),
-        m_file(&m_stream, TagLib::ID3v2::FrameFactory::instance(), false) {
+  // Of the kinds that are there; with a mode, also of those that it adds.
+  OpenMpegTags(std::unique_ptr<TagLib::IOStream> stream, std::optional<enTagMode> mode)
+      : m_stream(std::move(stream)), m_file(m_stream.get(), TagLib::ID3v2::FrameFactory::instance(), false) {
     if (!m_file.isValid()) return;
     m_isNew = !m_file.hasID3v2Tag();
-    m_kinds = KindsFound();
-    if (access == TagAccess::write) m_kinds = KindsToWrite(mode);
+    m_kinds = mode ? KindsToWrite(*mode) : KindsFound();
     if (m_kinds & MpegFile::ID3v2) Add(*m_file.ID3v2Tag(true), m_file.hasID3v2Tag());
     if (m_kinds & MpegFile::APE) Add(*m_file.APETag(true), m_file.hasAPETag());
     if (!(m_kinds & MpegFile::ID3v1)) return;
@@ -67,7 +101,7 @@ class OpenMpegTags : public OpenTags {
     return kinds;
   }
 
-  TagLib::FileStream m_stream;
+  const std::unique_ptr<TagLib::IOStream> m_stream;
   MpegFile m_file;
   int m_kinds = 0;
   bool m_isNew = false;  // its ID3v2 tag
@@ -75,8 +109,8 @@ class OpenMpegTags : public OpenTags {
 
 class OpenVorbisTags : public OpenTags {
  public:
-  OpenVorbisTags(const std::string& path, TagAccess access)
-      : m_stream(path.c_str(), access == TagAccess::read), m_file(&m_stream, false) {
+  explicit OpenVorbisTags(std::unique_ptr<TagLib::IOStream> stream)
+      : m_stream(std::move(stream)), m_file(m_stream.get(), false) {
     if (!m_file.isValid() || m_file.tag() == nullptr) return;
     constexpr unsigned int kCommentPacket = 1, kPacketHead = 7;
     const TagLib::ByteVector packet = m_file.packet(kCommentPacket);
@@ -87,7 +121,7 @@ class OpenVorbisTags : public OpenTags {
   bool Save() override { return !m_carriers.empty() && m_file.save(); }
 
  private:
-  TagLib::FileStream m_stream;
+  const std::unique_ptr<TagLib::IOStream> m_stream;
   TagLib::Ogg::Vorbis::File m_file;
 };
 
@@ -117,12 +151,25 @@ bool OpenTags::Put(const TagFields& fields, std::int32_t genreNumber) {
   return changes;
 }
 
-std::unique_ptr<OpenTags> OpenTagsOf(const std::string& path, std::int32_t formatType, TagAccess access,
-                                     enTagMode mode) {
+namespace {
+
+std::unique_ptr<OpenTags> OpenTagsOf(std::unique_ptr<TagLib::IOStream> stream, std::int32_t formatType,
+                                     std::optional<enTagMode> mode) {
   UseOwnEightBitText();
-  if (formatType == aftMP3 || formatType == aftMP2) return std::make_unique<OpenMpegTags>(path, access, mode);
-  if (formatType == aftOgg) return std::make_unique<OpenVorbisTags>(path, access);
+  if (formatType == aftMP3 || formatType == aftMP2)
+    return std::make_unique<OpenMpegTags>(std::move(stream), mode);
+  if (formatType == aftOgg) return std::make_unique<OpenVorbisTags>(std::move(stream));
   return nullptr;
+}
+
+}  // namespace
+
+std::unique_ptr<OpenTags> ReadTagsOf(const AudioFileBytes& bytes, std::int32_t formatType) {
+  return OpenTagsOf(std::make_unique<BytesStream>(bytes), formatType, std::nullopt);
+}
+
+std::unique_ptr<OpenTags> WriteTagsOf(const std::string& path, std::int32_t formatType, enTagMode mode) {
+  return OpenTagsOf(std::make_unique<TagLib::FileStream>(path.c_str()), formatType, mode);
 }
 
 }  // namespace qm

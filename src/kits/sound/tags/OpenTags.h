@@ -9,7 +9,7 @@
 
 namespace qm {
 
-enum class TagAccess { read, write };
+class AudioFileBytes;
 
 // The tags of an open file.
 class OpenTags {
@@ -31,9 +31,9 @@ class OpenTags {
   TagCarrier* m_numbersGenres = nullptr;  // that of them which knows genres by number only
 };
 
-// For an MPEG or Ogg file; null for one that takes no tags. To write, the tags that the mode asks for are
-// added.
-std::unique_ptr<OpenTags> OpenTagsOf(const std::string& path, std::int32_t formatType, TagAccess access,
-                                     enTagMode mode);
+// Of an MPEG or Ogg file, to be read; null for one that takes no tags. The bytes outlive the tags.
+std::unique_ptr<OpenTags> ReadTagsOf(const AudioFileBytes& bytes, std::int32_t formatType);
+// The same to be written: the tags that the mode asks for are added.
+std::unique_ptr<OpenTags> WriteTagsOf(const std::string& path, std::int32_t formatType, enTagMode mode);
 
 }  // namespace qm

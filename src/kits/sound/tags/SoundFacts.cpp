@@ -13,7 +13,6 @@ namespace qm {
 
 namespace {
 
-constexpr std::size_t kGlanceBytes = 1 << 12;
 constexpr std::int64_t kProbes = 16;
 constexpr std::int64_t kSlack = 2;  // bytes that padding may put a frame off its place
 
@@ -105,9 +104,7 @@ std::optional<SoundFacts> GlanceAtMpeg(AudioFileBytes& bytes) {
   return facts;
 }
 
-std::optional<SoundFacts> ReadSoundFacts(const std::string& path) {
-  AudioFileBytes bytes(kGlanceBytes);
-  if (bytes.Open(path)) return std::nullopt;
+std::optional<SoundFacts> ReadSoundFacts(AudioFileBytes& bytes, const std::string& path) {
   std::uint8_t start[4] = {};
   bytes.ReadAt(0, start, sizeof start);
   // Other types may hold what looks like MPEG audio.

@@ -30,7 +30,9 @@ bool EndsInId3v1Tag(const std::string& path) {
 }
 
 bool cAudioTagFile::Open(const std::string& path) try {
-  const auto facts = ReadSoundFacts(path);
+  AudioFileBytes bytes(kGlanceBytes);
+  if (bytes.Open(path)) return false;
+  const auto facts = ReadSoundFacts(bytes, path);
   if (!facts || facts->format.SampleRate() <= 0) return false;
   m_path = path;
   m_format = facts->format;
@@ -38,7 +40,7 @@ bool cAudioTagFile::Open(const std::string& path) try {
   m_milliseconds = static_cast<double>(facts->frames) / m_format.SampleRate() * 1000;
   m_fields = {};
   m_genreNumber = kNoGenre;
-  const auto tags = OpenTagsOf(AudioFilePath(path), m_format.FormatType(), TagAccess::read, m_mode);
+  const auto tags = ReadTagsOf(bytes, m_format.FormatType());
   if (!tags) return true;
   for (std::int32_t i = 0; i < kTagFields; ++i) {
     const auto field = static_cast<enTagField>(i);
@@ -62,7 +64,7 @@ bool cAudioTagFile::Save() try {
     return false;
   const std::string copy = target.WorkingPath().string();
   {
-    const auto tags = OpenTagsOf(copy, m_format.FormatType(), TagAccess::write, m_mode);
+    const auto tags = WriteTagsOf(copy, m_format.FormatType(), m_mode);
     if (!tags) return false;
     if (!tags->Put(m_fields, m_genreNumber)) return true;
     if (!tags->Save()) return false;

@@ -42,7 +42,7 @@ TEST(SoundFacts, AGlanceIsNeverWrong) {
     ASSERT_FALSE(bytes.Open(folder.File("x")));
     const auto glance = GlanceAtMpeg(bytes);
     EXPECT_EQ(glance.has_value(), each.told) << each.make;
-    const auto facts = ReadSoundFacts(folder.File("x"));
+    const auto facts = ReadSoundFacts(bytes, folder.File("x"));
     cAudioFile file;
     ASSERT_EQ(file.OpenForRead(folder.File("x")), 0);
     ASSERT_TRUE(facts);
