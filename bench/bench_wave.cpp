@@ -8,6 +8,7 @@
 #include "Bench.h"
 #include "audio/cPeakFile.h"
 #include "audio/cWaveformRenderer.h"
+#include "controls/uWaveform.h"
 #include "kits/draw/OffscreenSurface.h"
 
 namespace {
@@ -61,17 +62,29 @@ int Run() {
   Row("against filling the surface", draw / fill, " times");
   Row("against reading its peak file from memory", draw / read, " times");
 
+  // The control with its bar, through every zoom level and back.
+  const auto view = std::make_shared<OffscreenSurface>(kWidth, kHeight, 0);
+  uWaveform control(view, std::make_shared<OffscreenSurface>(kWidth, 24, 0));
+  control.SetPeakFile(peaks, true);
+  control.SetHighlight(44100, 441000, true);
   const std::int64_t before = allocations;
-  std::int32_t number = 3600 * 44100;
   double slowest = 0;
-  for (; number > 500 * kWidth / 10; number /= 2) {
+  const auto change = [&](void (uWaveform::*zoom)(bool)) {
+    const std::int32_t number = control.NumberSamples();
     const double started = WallSeconds();
-    renderer.DrawWaveform(&surface, 0, 0, kWidth, kHeight, dwtNormal, 44100, number);
+    (control.*zoom)(true);
     slowest = std::max(slowest, WallSeconds() - started);
+    return control.NumberSamples() != number;
+  };
+  while (change(&uWaveform::ZoomIn)) {
+  }
+  const std::int32_t closest = control.NumberSamples();
+  while (change(&uWaveform::ZoomOut)) {
   }
   const auto taken = static_cast<double>(allocations - before);
-  Row("slowest of all zoom levels", slowest * 1000, " ms", "at most 2");
-  Row("allocations while zooming through them", taken, "", "0");
+  Row("the control at its slowest zoom level, bar and all", slowest * 1000, " ms", "at most 2");
+  Row("frames it shows at the closest", closest, "");
+  Row("allocations while zooming through all of them", taken, "", "0");
   return 0;
 }
 

@@ -108,7 +108,7 @@ void uWaveform::UpdatePlayCursor(std::int32_t position) {
   show(*m_bar, m_showPositionBar && all > 0, m_bar->Width() * static_cast<double>(position) / all);
 }
 
-void uWaveform::Resize(std::int32_t width, std::int32_t height) {
+void uWaveform::Resize(std::int32_t width, std::int32_t height) try {
   m_width = width = Greater(0, width);
   m_height = height = Greater(0, height);
   m_barPlace = m_showPositionBar ? Rect{0, 0, width, m_barHeight} : Rect{};
@@ -122,6 +122,8 @@ void uWaveform::Resize(std::int32_t width, std::int32_t height) {
     surface->SetCursor(cursor);
   }
   UpdateDisplay();
+} catch (const std::exception&) {
+  // No memory for a surface of that size: it stays as it was.
 }
 
 }  // namespace qm

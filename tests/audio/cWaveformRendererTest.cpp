@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "kits/common/Numbers.h"
 #include "kits/draw/OffscreenSurface.h"
 #include "support/GoldenPicture.h"
@@ -74,13 +76,9 @@ TEST_F(RendererTest, WithNothingToDrawThereIsNoEvent) {
   m_renderer.DrawWaveform(&surface, 0, 0, 10, 10, dwtNormal);
   m_renderer.SetPeakFile(PeaksOf({1, 2, 3, 4}));
   m_renderer.DrawWaveform(nullptr, 0, 0, 10, 10, dwtNormal);
-  m_renderer.DrawWaveform(&surface, 0, 0, 0, 10, dwtNormal);
-  m_renderer.DrawWaveform(&surface, 0, 0, 10, -1, dwtNormal);
-  m_renderer.DrawWaveform(&surface, 0, 0, 10, 10, dwtNormal, 2001);
-  m_renderer.DrawWaveform(&surface, 0, 0, 10, 10, dwtNormal, 1, 200);
-  m_renderer.SetPeakFile(PeaksOf({}));
-  m_renderer.DrawWaveform(&surface, 0, 0, 10, 10, dwtNormal);
-  EXPECT_EQ(surface.written, "");
+  for (const auto& [cx, start, number] : {std::array{0, -1, -1}, {-1, -1, -1}, {10, 2001, -1}, {10, 1, 200}})
+    m_renderer.DrawWaveform(&surface, 0, 0, cx, 10, dwtNormal, start, number);
+  EXPECT_EQ(Draw({}, 1, {0, 0, 10, 10}, dwtNormal) + surface.written, "");
   EXPECT_EQ(m_drawn, 0);
 }
 

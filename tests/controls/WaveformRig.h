@@ -27,14 +27,19 @@ struct WaveformRig : testing::Test {
     said.clear();
   }
 
-  std::string TakeSaid() { return std::exchange(said, {}); }
-  std::string View() const {
-    return NumberText(control.StartSample()) + "+" + NumberText(control.NumberSamples());
+  // What was said since the last call, the view and the highlight.
+  std::string Told() {
+    const auto span = [](std::int32_t start, std::int32_t number) {
+      return " " + NumberText(start) + "+" + NumberText(number);
+    };
+    return std::exchange(said, {}) + span(control.StartSample(), control.NumberSamples()) +
+           span(control.HighlightStartSample(), control.HighlightNumberSamples());
   }
-  std::string Highlight() const {
-    return NumberText(control.HighlightStartSample()) + "+" + NumberText(control.HighlightNumberSamples());
+  // Says what became of the arguments.
+  void SetView(std::int32_t start, std::int32_t number) {
+    control.SetView(start, number, false);
+    said += "(" + NumberText(start) + "," + NumberText(number) + ")";
   }
-  void SetView(std::int32_t start, std::int32_t number) { control.SetView(start, number, true); }
 
   // The columns of a row that are of another colour than the background: "3..5 9..9".
   static std::string Columns(const OffscreenSurface& surface, std::int32_t row) {
