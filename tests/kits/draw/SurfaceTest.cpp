@@ -96,16 +96,6 @@ TEST(Surface, PolygonsHaveALineOfOnePixelAroundTheirFilling) {
                    "................", "................"}));
 }
 
-TEST(Surface, TextStandsInItsWidth) {
-  OffscreenSurface surface(200, 30, kWhite);
-  const TextStyle style{"Sans", 14, false};
-  const std::int32_t width = surface.TextWidth("Jingle", style);
-  surface.Text("Jingle", 20, 20, style, kBlue);
-  for (const std::string& row : Rows(surface.Pixels()))
-    EXPECT_TRUE(row.find_first_not_of('.') >= 17 && row.find_last_not_of('.') + 1 <= 23u + width) << row;
-  EXPECT_NE(Rows(surface.Pixels())[15].find('#'), std::string::npos);
-}
-
 TEST(Picture, GoesThroughAPngFile) {
   const TempFolder folder;
   const std::string path = folder.File("a.png");
