@@ -171,13 +171,14 @@ std::string Desk::NumbersOnAir() const {
 void Desk::AskToLeave() {
   const std::string numbers = NumbersOnAir();
   if (numbers.empty()) return Stop();
-  Refuse("on the air: player " + numbers + ". Leave, and stop it? y or n");
+  const bool several = numbers.find(',') != numbers.npos;
+  Refuse(fmt::format("on the air: player{} {}. Leave, and stop {}? y or n", several ? "s" : "", numbers,
+                     several ? "them" : "it"));
   m_asking = true;
 }
 
 void Desk::Answer(bool leave) {
-  m_asking = false;
-  m_message.clear();
+  Say(leave ? "" : "staying");
   if (leave) Stop();
 }
 

@@ -52,11 +52,18 @@ std::string TwoEnds(const std::string& left, const std::string& right, std::size
   return FitText(left, width - cells) + FitText(right, cells);
 }
 
+// To the extro and to the end; with a letter for the extro where there is no room for words.
 DeskLine TimesLine(const DeskPlayer& player, std::size_t width) {
   if (!IsLoaded(player)) return {{edsPlain, std::string(width, ' ')}};
-  const std::string extro = player.toExtro > 0 ? " extro " + TimeText(player.toExtro) : " extro";
-  const bool soon = player.status == psPlaying && (player.toEnd < kSoon || player.toExtro < kSoon);
-  return {{soon ? edsWarning : edsBold, TwoEnds(extro, "end " + TimeText(player.toEnd) + " ", width)}};
+  std::string extro, end = "end " + TimeText(player.toEnd) + " ";
+  if (player.hasExtro) extro = player.toExtro > 0 ? " extro " + TimeText(player.toExtro) : " in the extro";
+  if (TextWidth(extro) + TextWidth(end) > width) {
+    extro = player.toExtro > 0 ? " E " + TimeText(player.toExtro) : " E";
+    end = TimeText(player.toEnd) + " ";
+  }
+  const float left = player.hasExtro ? player.toExtro : player.toEnd;
+  const bool soon = player.status == psPlaying && left < kSoon;
+  return {{soon ? edsWarning : edsBold, TwoEnds(extro, end, width)}};
 }
 
 DeskLine StateLine(const DeskPlayer& player, std::size_t width) {
@@ -71,10 +78,20 @@ DeskLine LevelLine(const char* side, std::int16_t peak, std::size_t width, bool 
   return {{edsPlain, FitText(fmt::format(" {} {}", side, MeterBar(peak, cells, unicode)), width)}};
 }
 
+// With each key's name where there is room for it.
 DeskLine KeysLine(const DeskPlayer& player, std::size_t width) {
-  const std::string text =
-      player.keys.empty() ? " no function keys" : " " + player.keys + "  play pause cue close";
+  if (player.firstKey == 0) return {{edsDim, FitText(" no function keys", width)}};
+  const int key = player.firstKey;
+  const char* const shift = player.keysWithShift ? "Shift+" : "";
+  std::string text =
+      fmt::format(" {}F{} play  F{} pause  F{} cue  F{} close", shift, key, key + 1, key + 2, key + 3);
+  if (TextWidth(text) > width) text = fmt::format(" {}F{}-F{} play pause cue close", shift, key, key + 3);
   return {{edsDim, FitText(text, width)}};
+}
+
+DeskLine TitleLine(const DeskPlayer& player, std::size_t width) {
+  if (IsLoaded(player)) return {{edsBold, FitText(" " + player.title, width)}};
+  return {{edsDim, FitText(" " + (player.title.empty() ? player.lastPlay : player.title), width)}};
 }
 
 DeskLine OneLine(const DeskPlayer& player, std::size_t width) {
@@ -96,7 +113,7 @@ std::vector<DeskLine> DrawPanel(const DeskPlayer& player, enPanelSize size, std:
   if (size == epsOneLine) return {OneLine(player, width)};
   std::vector<DeskLine> lines{
       {{HeadStyle(player), TwoEnds(NameOf(player), StatusText(player) + " ", width)}},
-      {{edsBold, FitText(" " + player.title, width)}},
+      TitleLine(player, width),
       TimesLine(player, width),
   };
   if (size == epsSmall) return lines;

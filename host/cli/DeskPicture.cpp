@@ -99,7 +99,7 @@ void AddList(const DeskState& state, std::size_t count, std::size_t width, std::
   const std::size_t first = std::min(behind, state.chosenRow > shown / 2 ? state.chosenRow - shown / 2 : 0);
   lines.push_back(ListLine(edsDim,
                            fmt::format("  {} file{}", state.rows.size(), state.rows.size() == 1 ? "" : "s"),
-                           "length", "", width));
+                           "length", "where", width));
   for (std::size_t index = first; index < first + shown; ++index) {
     if (index >= state.rows.size()) {
       lines.push_back({{edsPlain, std::string(width, ' ')}});

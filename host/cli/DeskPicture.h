@@ -11,10 +11,13 @@ namespace qm::cli {
 struct DeskPlayer {
   std::int16_t number = 0;
   std::string caption, title;
-  std::string keys;  // what its function keys are called: "F5-F8", "" for none
+  std::string lastPlay;       // what it has played last, for when it is empty
+  std::int16_t firstKey = 0;  // of its four function keys; 0 for none
+  bool keysWithShift = false;
   enPlayerStatus status = psClosed;
   enPlayerSection section = epsEmpty;
   float toIntroEnd = 0, toExtro = 0, toEnd = 0;
+  bool hasExtro = false;             // one that is not the end
   std::int16_t volume = 0;           // per cent
   std::int16_t left = 0, right = 0;  // signed 16-bit peaks
   bool inLoop = false, fading = false;

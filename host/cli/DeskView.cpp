@@ -5,12 +5,14 @@
 #include <algorithm>
 
 #include "cli/Desk.h"
+#include "cli/LivePicture.h"
 #include "cli/Terminal.h"
 #include "cli/TerminalText.h"
 #include "item/cHDItem.h"
 #include "kits/common/Clock.h"
 #include "kits/common/Dates.h"
 #include "kits/sound/engine/AudioEngine.h"
+#include "playback/cPlayLog.h"
 #include "playback/cPlayer.h"
 #include "playback/cPlayers.h"
 #include "settings/cAudioSettings.h"
@@ -26,17 +28,28 @@ constexpr const char* kStyles[] = {
 
 // The function keys as the pool gives them out: four a player, with shift the fourth player's and on. Below
 // six players, shift and the third four work the recorder.
-std::string KeysOf(std::int16_t player, std::int16_t players) {
-  constexpr std::int16_t kWithoutShift = 3, kWithShift = 7, kRecorderKeysUpTo = 5;
-  if (player > kWithShift || (player == kWithShift - 1 && players <= kRecorderKeysUpTo)) return {};
-  const int group = player > kWithoutShift ? player - kWithoutShift : player;
-  return fmt::format("{}F{}-F{}", player > kWithoutShift ? "Shift+" : "", group * 4 - 3, group * 4);
+void TakeKeys(std::int16_t players, DeskPlayer& shown) {
+  constexpr std::int16_t kWithoutShift = 3, kWithShift = 7, kKeysOfPlayer = 4;
+  constexpr std::int16_t kRecordersTurn = 6;
+  if (shown.number > kWithShift || (shown.number == kRecordersTurn && players < kRecordersTurn)) return;
+  shown.keysWithShift = shown.number > kWithoutShift;
+  const int group = shown.number - (shown.keysWithShift ? kWithoutShift : 0) - 1;
+  shown.firstKey = static_cast<std::int16_t>(group * kKeysOfPlayer + 1);
+}
+
+std::string LastPlay(const cPlayer& player) {
+  const auto log = player.PreviousItemPlayLog();
+  const auto item = log ? log->HardDiskItem() : nullptr;
+  if (!item || log->StartDate() == 0) return {};
+  return fmt::format("played {} to {}", item->FullDescription(),
+                     SecondsToText(static_cast<double>(log->Duration()), ettDuration, true));
 }
 
 void TakeTimes(const cPlayer& player, const cHDItem& item, DeskPlayer& shown) {
   const bool waiting = shown.status == psCued || shown.status == psOpen;
   const float position = waiting ? item.AudioStart(1) : player.SecondsPlayed();
   shown.toEnd = item.AudioEnd(1) - position;
+  shown.hasExtro = item.Extro(1) > 0 && item.Extro(1) < item.AudioEnd(1);
   shown.toExtro = item.Extro(1) - position;
   shown.toIntroEnd = item.IntroEnd(1) - position;
 }
@@ -47,7 +60,8 @@ DeskPlayer StateOf(const Desk& desk, std::int16_t number) {
   DeskPlayer shown;
   shown.number = number;
   shown.caption = pool.Settings().PlayerCaption(number);
-  shown.keys = KeysOf(number, pool.Players().NumberPlayers());
+  TakeKeys(pool.Players().NumberPlayers(), shown);
+  shown.lastPlay = LastPlay(player);
   shown.status = player.Status();
   shown.section = player.Section();
   shown.volume = player.PlayVolume();
@@ -71,7 +85,7 @@ std::string NoteOf(const Desk& desk, const DeskFile& file) {
     const cPlayer& player = desk.Pool().Player(number);
     if (file.item && player.HDItem() == file.item)
       note += fmt::format("{}{} on {}", note.empty() ? "" : ", ",
-                          player.Status() == psPlaying ? "on the air" : "cued", number);
+                          player.Status() == psPlaying ? "on the air" : StatusWords(player.Status()), number);
   }
   if (note.empty() && file.played) note = "played";
   return note;

@@ -17,12 +17,12 @@ bool PlayOrPause(PlayRun& run) {
   if (run.Player().Status() == psPlaying)
     run.Player().PauseItem();
   else
-    run.Player().PlayItem();
+    run.Play();
   return true;
 }
 
 bool ChangeVolume(PlayRun& run, std::int32_t step) {
-  run.SetVolume(static_cast<std::int16_t>(Limit(run.Player().PlayVolume() + step, 0, 100)));
+  run.SetVolume(static_cast<std::int16_t>(Limit(run.Volume() + step, 0, 100)));
   return true;
 }
 

@@ -43,7 +43,7 @@ LiveState StateOf(const PlayRun& run) {
   state.remaining = player.SecondsRemaining();
   state.remainingExtro = player.SecondsRemainingExtro();
   state.inLoop = player.InLoop();
-  state.volume = player.PlayVolume();
+  state.volume = run.Volume();
   state.misses = run.Pool().Engine().CountMisses();
   return state;
 }

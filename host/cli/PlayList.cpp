@@ -20,9 +20,9 @@ PlayList::PlayList(PlayPool& pool, std::vector<ItemArgument> items, const PlayWi
 
 void PlayList::Start() {
   AddItems();
-  const std::int16_t volume = m_wishes.volume.value_or(Pool().Settings().GeneralVolume());
+  m_volume = m_wishes.volume.value_or(Pool().Settings().GeneralVolume());
   if (m_wishes.speed > 0) Player().SetPlaySpeed(m_wishes.speed);
-  while (!m_paths.empty() && !Player().PlayItem(nullptr, volume))
+  while (!m_paths.empty() && !Player().PlayItem(nullptr, m_volume))
     if (!TakeOffFirst()) break;
   if (Player().Status() != psPlaying) Finish();
 }
@@ -59,11 +59,16 @@ void PlayList::Stop() {
   Finish();
 }
 
+void PlayList::Play() {
+  Player().PlayItem(nullptr, m_volume);
+}
+
 // For the entry on the air, and by way of a request to play what plays already, for those to come.
 void PlayList::SetVolume(std::int16_t volume) {
+  m_volume = volume;
   Player().SetInitialVolume(volume);
   Player().SetPlayVolume(volume);
-  if (Player().Status() == psPlaying) Player().PlayItem(nullptr, volume);
+  if (Player().Status() == psPlaying) Play();
 }
 
 std::size_t PlayList::ItemNumber() const {

@@ -20,6 +20,8 @@ class PlayList : public PlayRun {
   bool GoOn() override { return false; }
   bool FadeAndGoOn(float) override { return false; }
   bool SeekBy(float) override { return false; }
+  void Play() override;
+  std::int16_t Volume() const override { return m_volume; }
   void SetVolume(std::int16_t volume) override;
   std::shared_ptr<cHDItem> Item() const override;
   float Position() const override;
@@ -40,6 +42,7 @@ class PlayList : public PlayRun {
   const std::vector<ItemArgument> m_items;
   const PlayWishes m_wishes;
   std::vector<std::string> m_paths;  // of the list's entries
+  std::int16_t m_volume = 0;         // of the run; a list tells that of one of its players only
   std::int32_t m_current = 0;        // entry on the air, from 1
   bool m_stopping = false;
   bool m_told = false;                 // of an error, since the entry on the air began

@@ -59,6 +59,8 @@ class PlayRun : public Run {
   virtual bool GoOn() = 0;                      // with the next item, at once
   virtual bool FadeAndGoOn(float seconds) = 0;  // the same at the end of a fade that begins now
   virtual bool SeekBy(float seconds) = 0;
+  virtual void Play() = 0;  // what was paused or cued
+  virtual std::int16_t Volume() const = 0;
   virtual void SetVolume(std::int16_t volume) = 0;
 
   cPlayer& Player() const { return Pool().Player(1); }

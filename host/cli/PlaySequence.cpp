@@ -103,6 +103,14 @@ bool PlaySequence::SeekBy(float seconds) {
   return true;
 }
 
+void PlaySequence::Play() {
+  Player().PlayItem();
+}
+
+std::int16_t PlaySequence::Volume() const {
+  return Player().PlayVolume();
+}
+
 // The initial volume, so that a fade begins where it is.
 void PlaySequence::SetVolume(std::int16_t volume) {
   Player().SetInitialVolume(volume);

@@ -20,6 +20,8 @@ class PlaySequence : public PlayRun {
   bool GoOn() override;
   bool FadeAndGoOn(float seconds) override;
   bool SeekBy(float seconds) override;
+  void Play() override;
+  std::int16_t Volume() const override;
   void SetVolume(std::int16_t volume) override;
   std::shared_ptr<cHDItem> Item() const override;
   float Position() const override;
