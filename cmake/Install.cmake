@@ -11,15 +11,19 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/qmSoundCore)
 set(QM_PUBLIC_HEADERS
   contract/*.h
   services/Diagnostics.h
-  audio/WaveDevices.h
+  audio/CopyErrors.h audio/WaveDevices.h audio/cCopyAudioFileNCT.h audio/cPeakFile.h audio/cRecorder.h
+  audio/cWaveformRenderer.h audio/qmPeakFileHeader.h
   item/ItemFieldAccess.h item/ItemFieldTypes.h item/ItemFields.h item/ItemVocabulary.h item/cHDItem.h
-  item/cHDItemFields.def item/cHDItemMark.h item/cHDItemTimeExtra.h item/cRiffReader.h
+  item/cHDItemFields.def item/cHDItemMark.h item/cHDItemTimeExtra.h item/cHDItems.h item/cRiffReader.h
+  item/tyHDListItem.h
   settings/cAudioSettings.h settings/cAudioSettingsFields.def settings/AudioSettingsVocabulary.h
-  playback/cBasePlayer.h
+  playback/cBasePlayer.h playback/cListPlayer.h playback/cPlayLog.h playback/cPlayLogFields.def playback/cPlayer.h
+  playback/cPlayers.h
+  controls/uWaveform.h kits/draw/OffscreenSurface.h kits/draw/Surface.h
   kits/common/Clock.h kits/common/Colours.h kits/common/Dates.h kits/common/Event.h kits/common/Files.h
   kits/common/MessageBox.h kits/common/Numbers.h kits/common/Registry.h kits/common/TagText.h kits/common/Text.h
   kits/sound/Platform.h kits/sound/SoundSystem.h kits/sound/cAudioFile.h kits/sound/cAudioFormat.h
-  kits/sound/ctlVellanPlayer.h
+  kits/sound/ctlVellanPlayer.h kits/sound/record/RecordingControl.h
   kits/sound/engine/AudioEngine.h kits/sound/engine/Device.h kits/sound/engine/Mixer.h
   kits/sound/engine/Notification.h kits/sound/engine/OfflineDevice.h
   kits/sound/devices/ClockOutput.h kits/sound/devices/LiveDevice.h kits/sound/devices/Output.h)

@@ -11,6 +11,8 @@
 #include "kits/common/Numbers.h"
 #include "kits/common/Text.h"
 #include "kits/sound/cAudioFile.h"
+#include "kits/sound/tags/cAudioTagFile.h"
+#include "kits/sound/tags/cWmaTagFile.h"
 
 namespace qm::cli {
 
@@ -86,6 +88,46 @@ bool LoadWaveContents(const std::string& path, ItemFileContents& contents) {
   return true;
 }
 
+// The item of a file whose sound is known.
+void TakeSound(const std::string& path, const cAudioFormat& format, double milliseconds, std::int64_t frames,
+               ItemFile& file) {
+  file.frames = frames;
+  file.milliseconds = milliseconds;
+  file.item = LoadItem(path);
+  // By its content, whatever its name is.
+  file.item->SetAudioFileType(format.FormatType());
+  *file.item->AudioFormat() = format;
+  SetLength(*file.item, SecondsOfFrames(frames, format.SampleRate()));
+}
+
+template <class TagFile>
+bool OpenTags(const std::string& path, TagFile& file, ItemFileContents& contents) {
+  if (!file.Open(path) || file.Format().FormatType() != GetTypeForFile(path)) return false;
+  const cAudioFormat& format = file.Format();
+  const std::int64_t frames = RoundToWhole(file.Milliseconds() * format.SampleRate() / 1000);
+  if (frames <= 0) return false;
+  TakeSound(path, format, file.Milliseconds(), frames, contents.file);
+  for (std::int32_t i = 0; i < kTagFields; ++i) {
+    const auto field = static_cast<enTagField>(i);
+    if (const std::string& text = file.Fields().Text(field); !text.empty())
+      contents.tags.push_back({"", "", TagFieldName(field), text});
+  }
+  return true;
+}
+
+// Of files with tags: the sound itself is left alone.
+bool LoadTagContents(const std::string& path, ItemFileContents& contents) {
+  if (GetTypeForFile(path) != aftWMA) {
+    cAudioTagFile file;
+    return OpenTags(path, file, contents);
+  }
+  cWmaTagFile file;
+  if (!OpenTags(path, file, contents)) return false;
+  for (std::int32_t i = 1; i <= file.NumberAttributes(); ++i)
+    contents.tags.push_back({"", "", file.AttributeName(i), NumberText(file.AttributeValue(i))});
+  return true;
+}
+
 }  // namespace
 
 bool LoadItemFile(const std::string& path, ItemFile& file, std::string& errorText) {
@@ -99,18 +141,14 @@ bool LoadItemFile(const std::string& path, ItemFile& file, std::string& errorTex
     errorText = "'" + path + "' holds no audio";
     return false;
   }
-  file.frames = audio.NumberSamples();
-  file.milliseconds = audio.LengthMilliseconds();
-  file.item = LoadItem(path);
-  // By its content, whatever its name is.
-  file.item->SetAudioFileType(audio.Format().FormatType());
-  *file.item->AudioFormat() = audio.Format();
-  SetLength(*file.item, SecondsOfFrames(audio.NumberSamples(), audio.SampleRate()));
+  TakeSound(path, audio.Format(), audio.LengthMilliseconds(), audio.NumberSamples(), file);
   return true;
 }
 
 bool LoadItemFileContents(const std::string& path, ItemFileContents& contents, std::string& errorText) {
-  if (!LoadWaveContents(path, contents) && !LoadItemFile(path, contents.file, errorText)) return false;
+  if (!LoadWaveContents(path, contents) && !LoadTagContents(path, contents) &&
+      !LoadItemFile(path, contents.file, errorText))
+    return false;
   std::string markers = path + ".pmk";
   contents.file.item->LoadMarkersFromFile(markers);
   return true;

@@ -28,7 +28,8 @@ bool LoadItemFile(const std::string& path, ItemFile& file, std::string& errorTex
 // A file to be told about, with what else it holds.
 struct ItemFileContents {
   ItemFile file;
-  std::vector<RiffChunk> chunks;  // of a WAV file, the first two likewise
+  std::vector<RiffChunk> chunks;  // of a WAV file
+  // Its texts; of other files what their tags say, by friendly names, or their attributes by their own.
   std::vector<tyRiffChunkTag> tags;
 };
 

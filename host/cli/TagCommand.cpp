@@ -2,23 +2,19 @@
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
-#include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "audio/AudioFileTypes.h"
+#include "cli/AudioFolders.h"
 #include "cli/Command.h"
 #include "cli/Failure.h"
 #include "cli/TagFile.h"
 #include "cli/TerminalText.h"
 #include "kits/common/Files.h"
-#include "kits/sound/cAudioFormat.h"
 
 namespace qm::cli {
 
 namespace {
 
-namespace fs = std::filesystem;
 using Json = nlohmann::ordered_json;
 
 constexpr char kTagHelp[] =
@@ -91,21 +87,6 @@ void TakeWords(TagOptions& options) {
       if (carrier == name) options.flags = options.flags | flags;
 }
 
-// Audio files in a folder and those within, in the order of their names. False when some of it cannot be
-// read.
-bool FindAudioFiles(const std::string& folder, std::vector<std::string>& files) {
-  std::error_code error;
-  const std::size_t before = files.size();
-  fs::recursive_directory_iterator entry(NativePath(folder), error);
-  for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
-    std::error_code ignored;
-    const std::string path = entry->path().string();
-    if (entry->is_regular_file(ignored) && GetTypeForFile(path) != aftOther) files.push_back(path);
-  }
-  std::sort(files.begin() + static_cast<std::ptrdiff_t>(before), files.end());
-  return !error;
-}
-
 Json ResultOf(const TaggedFile& told) {
   Json result{{"file", told.path}, {"saved", told.errorText.empty()}};
   if (!told.errorText.empty()) result["error"] = told.errorText;
@@ -149,13 +130,20 @@ class TagWork {
 
  private:
   void TagFolder(const std::string& folder) {
-    std::vector<std::string> files;
-    const bool wholly = FindAudioFiles(folder, files);
-    if (!wholly || files.empty()) {
-      m_status = exsFailed;
-      TellFailure("'" + folder + (wholly ? "' holds no audio file" : "' cannot be read"));
-    }
-    for (const std::string& file : files) TagFile(file);
+    bool found = false;
+    ForEachAudioFile(
+        folder,
+        [&](const std::string& file) {
+          found = true;
+          TagFile(file);
+        },
+        [&](const std::string& text) { Fail(text); });
+    if (!found) Fail("'" + folder + "' holds no audio file");
+  }
+
+  void Fail(const std::string& text) {
+    m_status = exsFailed;
+    TellFailure(text);
   }
 
   void TagFile(const std::string& path) {

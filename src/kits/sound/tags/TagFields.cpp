@@ -7,6 +7,12 @@
 
 namespace qm {
 
+const char* TagFieldName(enTagField field) {
+  constexpr const char* names[kTagFields] = {"Title",     "Artist",     "URL",   "Publisher", "Composer",
+                                             "Performer", "Originator", "Genre", "Year",      "Comment"};
+  return names[field];
+}
+
 std::int32_t TagFields::Year() const {
   return ParseWhole(Text(etfYear));
 }

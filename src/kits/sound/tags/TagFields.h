@@ -20,6 +20,9 @@ enum enTagField : std::int32_t {
 };
 inline constexpr std::int32_t kTagFields = 10;
 
+// "Title" and so on.
+const char* TagFieldName(enTagField field);
+
 // The fields' texts, "" for none. A year is its digits.
 class TagFields {
  public:
