@@ -148,6 +148,7 @@ class cListPlayer : public IPlayerCallback, public std::enable_shared_from_this<
 
   void HearFinished(cBasePlayer& player);
   void HearCurrent(std::int32_t event, float sValue1, float sValue2);
+  void TellExtro(float markTag);
   void Update();
   enum class PassingOver { Missing, MissingAndFailing };
 
@@ -155,6 +156,7 @@ class cListPlayer : public IPlayerCallback, public std::enable_shared_from_this<
   bool IsTimeToCue(const cBasePlayer& player) const;
   bool CueNext(PassingOver passingOver);
   std::int16_t IndexAfter(std::int16_t index) const;
+  bool IsInExtro() const;
   bool IsTimeToStart() const;
   void StartNext();
   void RunClock();
@@ -189,8 +191,9 @@ class cListPlayer : public IPlayerCallback, public std::enable_shared_from_this<
   std::uint32_t m_run = 0;          // counts the runs, so that an update can tell whether its own goes on
   bool m_repeatList = false;
   bool m_running = false;
-  bool m_stopping = false;  // what the players say is not the run's any more
-  bool m_cueing = false;    // the next entry
+  bool m_stopping = false;   // what the players say is not the run's any more
+  bool m_cueing = false;     // the next entry
+  bool m_extroTold = false;  // of the current entry
   bool m_skipStart = false;
   bool m_raiseEvents = true;
   bool m_eventsInhibited = false;

@@ -48,6 +48,7 @@ bool cListPlayer::StartRunning() {
   m_currentPlayer = player;
   m_currentItem = 1;
   m_running = true;
+  m_extroTold = false;
   ++m_run;
   return true;
 }

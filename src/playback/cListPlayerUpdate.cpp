@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "item/cHDItem.h"
 #include "kits/common/Files.h"
 #include "kits/common/Numbers.h"
@@ -93,8 +95,7 @@ void cListPlayer::HearCurrent(std::int32_t event, float sValue1, float sValue2) 
         Update();
       return;
     case peExtroReached:
-      m_section = epsExtro;
-      Report(peExtroReached, sValue1);
+      TellExtro(sValue1);
       return Update();
     case pePositionChanged:
     case peClosed:
@@ -105,12 +106,21 @@ void cListPlayer::HearCurrent(std::int32_t event, float sValue1, float sValue2) 
   }
 }
 
+// Once for each entry, by its position or by its mark: the position is heard first, and starts the next
+// entry, behind which the mark is not the run's any more.
+void cListPlayer::TellExtro(float markTag) {
+  if (std::exchange(m_extroTold, true)) return;
+  m_section = epsExtro;
+  Report(peExtroReached, markTag);
+}
+
 // The run's clock and the handover. Whatever a listener does meanwhile, a run that has ended is left alone.
 void cListPlayer::Update() {
   if (!m_running || m_stopping || m_cueing) return;
   const std::uint32_t run = m_run;
   Handover handover = Handover::Wait;
   if (!m_next[0].cued && m_currentPlayer >= 1) LookAhead(handover);
+  if (m_run == run && IsInExtro()) TellExtro(0);
   if (m_run == run && m_next[0].cued && (handover == Handover::Start || IsTimeToStart())) StartNext();
   if (m_run == run) RunClock();
 }
@@ -176,6 +186,13 @@ bool cListPlayer::CueNext(PassingOver passingOver) {
   return false;
 }
 
+bool cListPlayer::IsInExtro() const {
+  const cBasePlayer* const player = PlayerAt(m_currentPlayer);
+  const tyHDListItem* const entry = Entry(m_currentItem);
+  return player && entry && entry->IsFull() && player->Status() == psPlaying && entry->HDItem->Extro(1) > 0 &&
+         player->SecondsPlayed() >= entry->HDItem->Extro(1);
+}
+
 bool cListPlayer::IsTimeToStart() const {
   const cBasePlayer* const player = PlayerAt(m_currentPlayer);
   const tyHDListItem* const entry = Entry(m_currentItem);
@@ -204,6 +221,7 @@ void cListPlayer::StartNext() {
   m_skipStart = false;
   m_currentItem = next.item;
   m_currentPlayer = next.player;
+  m_extroTold = false;
   m_next = {m_next[1], CuedEntry{}};
   NameCurrentEntry();
   reportChange(pePlayerListCurrentItemChanged);

@@ -74,7 +74,7 @@ TEST_F(ListPlayer, TellsOneRunFromEndToEnd) {
   rig.Run();
   // The first item runs out under the second, and its end is told as finished.
   EXPECT_EQ(TakeHeard(),
-            "33075:PlayerListCurrentItemChanging=1 33075:PlayerListCurrentItemChanged=2 "
+            "33075:ExtroReached 33075:PlayerListCurrentItemChanging=1 33075:PlayerListCurrentItemChanged=2 "
             "44100:PlayerListItemFinished(a) 66150:ExtroReached 77175:PlayerListItemFinished(b) "
             "77175:QueryClose(List) 77175:Closing 77175:PlayerListCleared 77175:Closed");
   EXPECT_EQ(list->Status(), psClosed);
