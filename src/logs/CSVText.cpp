@@ -1,6 +1,7 @@
 #include "logs/CSVText.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "kits/common/Dates.h"
 #include "kits/common/Numbers.h"
@@ -87,7 +88,8 @@ float CSVTime(std::string text) {
   constexpr std::size_t kSecondsLength = 5, kMinutesLength = 8;
   if (text.size() == kSecondsLength) text.insert(0, "00:");
   if (text.size() == kMinutesLength) text.insert(0, "00:");
-  return static_cast<float>(TextToSeconds(text));
+  constexpr double most = std::numeric_limits<float>::max();
+  return static_cast<float>(Limit(TextToSeconds(text), -most, most));
 }
 
 }  // namespace qm

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include <chrono>
 
 #include "kits/common/Clock.h"
@@ -132,6 +134,8 @@ TEST(CSVFile, TimesComeInManyForms) {
   ASSERT_EQ(file.OpenFile(folder.File("a.csv")), csvNone);
   for (const auto& [text, seconds] : cases)
     EXPECT_FLOAT_EQ(file.GetFieldAsTimeFromRecordData("LENGTH", {"r", text}), seconds) << text;
+  const std::string tooLongForASingle = "3:" + std::string(60, '5');
+  EXPECT_TRUE(std::isfinite(file.GetFieldAsTimeFromRecordData("Length", {"r", tooLongForASingle})));
   EXPECT_EQ(file.GetFieldFromRecordData("Length", {"r"}), "");
   EXPECT_EQ(file.GetFieldFromRecordData("", {"r", "s"}), "");
 }
