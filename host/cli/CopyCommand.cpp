@@ -14,6 +14,7 @@ constexpr char kCopyHelp[] =
     "Several sources are joined one behind the other; --mix lays the end of each over the start of the "
     "next.\n"
     "DEST is replaced when all of it is written: a copy that fails or is stopped leaves what was there.\n"
+    "The sound alone is copied: titles and marks are saved with 'quillmere tag'.\n"
     "\n"
     "Examples:\n"
     "  quillmere copy song.wav song.mp3 --bitrate 192\n"

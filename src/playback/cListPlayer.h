@@ -159,6 +159,7 @@ class cListPlayer : public IPlayerCallback, public std::enable_shared_from_this<
   bool IsInExtro() const;
   bool IsTimeToStart() const;
   void StartNext();
+  bool SetClock();
   void RunClock();
   void EndRun();
 

@@ -110,6 +110,7 @@ void cListPlayer::HearCurrent(std::int32_t event, float sValue1, float sValue2) 
 // entry, behind which the mark is not the run's any more.
 void cListPlayer::TellExtro(float markTag) {
   if (std::exchange(m_extroTold, true)) return;
+  SetClock();
   m_section = epsExtro;
   Report(peExtroReached, markTag);
 }
@@ -239,17 +240,22 @@ void cListPlayer::NameCurrentEntry() {
   m_totalItem->SetItemDescription(1, entry->HDItem->ItemDescription(1));
 }
 
-void cListPlayer::RunClock() {
+// False with nothing on the air.
+bool cListPlayer::SetClock() {
   const cBasePlayer* const player = PlayerAt(m_currentPlayer);
   const tyHDListItem* const entry = Entry(m_currentItem);
-  if (!player || !entry) return;
+  if (!player || !entry) return false;
   float offset = 0;
   if (entry->IsFull()) offset = player->SecondsPlayed();
   if (entry->IsHook()) offset = player->SecondsPlayed() - entry->HDItem->HookStart(1);
   m_secondsPlayed = offset + m_playedBase;
   m_secondsRemainingExtro = Greater(m_mainLength - m_secondsPlayed, 0.0f);
   m_secondsRemain = m_totalLength - m_secondsPlayed;
-  Report(pePositionChanged, m_secondsPlayed, m_secondsRemain);
+  return true;
+}
+
+void cListPlayer::RunClock() {
+  if (SetClock()) Report(pePositionChanged, m_secondsPlayed, m_secondsRemain);
 }
 
 }  // namespace qm
