@@ -15,31 +15,25 @@ namespace {
 
 constexpr double kInfinite = std::numeric_limits<double>::infinity();
 
-TEST(Numbers, TextIsTheShortestOfItsType) {
-  const std::pair<double, const char*> doubles[] = {
-      {0, "0"},
-      {-0.0, "0"},
-      {0.1, "0.1"},
-      {-1, "-1"},
-      {3.005011, "3.005011"},
-      {100000, "100000"},
-      {0.00125, "0.00125"},
-      {1e20, "1e+20"},
-      {1e-9, "1e-09"},
-      {45000.52100694444, "45000.52100694444"},
-      {kInfinite, "0"},
-      {std::nan(""), "0"},
-      {1e15, "1e+15"},
-      {123456789012345, "123456789012345"},
-  };
+TEST(Numbers, TextIsTheShortestOfItsTypeAndReadsBackToTheSameValue) {
+  const std::pair<double, const char*> doubles[] = {{0, "0"},
+                                                    {-0.0, "0"},
+                                                    {0.1, "0.1"},
+                                                    {-1, "-1"},
+                                                    {3.005011, "3.005011"},
+                                                    {100000, "100000"},
+                                                    {0.00125, "0.00125"},
+                                                    {1e20, "1e+20"},
+                                                    {1e-9, "1e-09"},
+                                                    {45000.52100694444, "45000.52100694444"},
+                                                    {kInfinite, "0"},
+                                                    {std::nan(""), "0"},
+                                                    {1e15, "1e+15"},
+                                                    {123456789012345, "123456789012345"}};
   for (const auto& [value, text] : doubles) EXPECT_EQ(NumberText(value), text);
-  EXPECT_EQ(NumberText(0.1f), "0.1");
-  EXPECT_EQ(NumberText(86399.99f), "86399.99");
-  EXPECT_EQ(NumberText(100000.0f), "100000");
+  const std::pair<float, const char*> singles[] = {{0.1f, "0.1"}, {86399.99f, "86399.99"}, {1e5f, "100000"}};
+  for (const auto& [value, text] : singles) EXPECT_EQ(NumberText(value), text);
   EXPECT_EQ(NumberText(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
-}
-
-TEST(Numbers, TextReadsBackToTheSameValue) {
   std::mt19937_64 random(1);
   for (int i = 0; i < 20000; ++i) {
     const std::uint64_t bits = random();
@@ -54,65 +48,54 @@ TEST(Numbers, TextReadsBackToTheSameValue) {
 
 TEST(Numbers, ReadingStopsAtTheFirstCharacterThatDoesNotFit) {
   constexpr double kLargest = std::numeric_limits<double>::max();
-  const std::pair<std::string, double> cases[] = {
-      {"12.5s", 12.5},
-      {" \t+3", 3},
-      {"-.5", -0.5},
-      {"5.", 5},
-      {"1,5", 1},
-      {"1e3x", 1000},
-      {"2e", 2},
-      {"1.2.3", 1.2},
-      {"", 0},
-      {"-", 0},
-      {"+-1", 0},
-      {"--1", 0},
-      {".", 0},
-      {".e1", 0},
-      {"inf", 0},
-      {"-nan", 0},
-      {"0x10", 0},
-      {"Line 3", 0},
-      {"1e999", kLargest},
-      {"-1e999", -kLargest},
-      {"1e-999", 0},
-      {"1e99999999999999999999", kLargest},
-      {"1e-99999999999999999999", 0},
-      {"0." + std::string(400, '0') + "1e5", 0},
-      {std::string(400, '9') + "e-5", kLargest},
-      {"0." + std::string(400, '0') + "1e400", 0.1},
-  };
+  const std::string zeros(400, '0'), nines(400, '9');
+  const std::pair<std::string, double> cases[] = {{"12.5s", 12.5},
+                                                  {" \t+3", 3},
+                                                  {"-.5", -0.5},
+                                                  {"5.", 5},
+                                                  {"1,5", 1},
+                                                  {"1e3x", 1000},
+                                                  {"2e", 2},
+                                                  {"1.2.3", 1.2},
+                                                  {"", 0},
+                                                  {"-", 0},
+                                                  {"+-1", 0},
+                                                  {"--1", 0},
+                                                  {".", 0},
+                                                  {".e1", 0},
+                                                  {"inf", 0},
+                                                  {"-nan", 0},
+                                                  {"0x10", 0},
+                                                  {"Line 3", 0},
+                                                  {"1e999", kLargest},
+                                                  {"-1e999", -kLargest},
+                                                  {"1e-999", 0},
+                                                  {"1e99999999999999999999", kLargest},
+                                                  {"1e-99999999999999999999", 0},
+                                                  {"0." + zeros + "1e5", 0},
+                                                  {nines + "e-5", kLargest},
+                                                  {"0." + zeros + "1e400", 0.1}};
   for (const auto& [text, value] : cases) EXPECT_EQ(ParseNumber(text), value) << text;
-  EXPECT_EQ(ParseWhole("2.5"), 2);
-  EXPECT_EQ(ParseWhole("3.5"), 4);
-  EXPECT_EQ(ParseWhole("-9e9"), std::numeric_limits<std::int32_t>::min());
+  for (const auto& [text, value] : {std::pair{"2.5", 2}, {"3.5", 4}, {"-9e9", INT32_MIN}})
+    EXPECT_EQ(ParseWhole(text), value);
 }
 
 TEST(Numbers, RoundsHalvesToEvenAndClamps) {
-  const std::pair<double, std::int64_t> cases[] = {
-      {0.5, 0},
-      {1.5, 2},
-      {2.5, 2},
-      {-0.5, 0},
-      {-1.5, -2},
-      {-2.5, -2},
-      {0.49999999999999994, 0},
-      {1e300, INT64_MAX},
-      {-1e300, INT64_MIN},
-      {9223372036854775808.0, INT64_MAX},
-      {-9223372036854775808.0, INT64_MIN},
-      {std::nan(""), 0},
-  };
+  const std::pair<double, std::int64_t> cases[] = {{0.5, 0},
+                                                   {1.5, 2},
+                                                   {2.5, 2},
+                                                   {-0.5, 0},
+                                                   {-1.5, -2},
+                                                   {-2.5, -2},
+                                                   {0.49999999999999994, 0},
+                                                   {1e300, INT64_MAX},
+                                                   {-1e300, INT64_MIN},
+                                                   {9223372036854775808.0, INT64_MAX},
+                                                   {-9223372036854775808.0, INT64_MIN},
+                                                   {std::nan(""), 0}};
   for (const auto& [value, rounded] : cases) EXPECT_EQ(RoundToWhole(value), rounded) << value;
-}
-
-TEST(Numbers, LimitTestsTheLowEndFirst) {
-  EXPECT_EQ(Limit(5, 10, 1), 10);
+  EXPECT_EQ(Limit(5, 10, 1), 10) << "the low end is tested first";
   EXPECT_EQ(Limit(20, 10, 1), 1);
-  EXPECT_EQ(Limit(5, 1, 10), 5);
-}
-
-TEST(Numbers, FixedTextHasItsDecimals) {
   EXPECT_EQ(FixedText(12.5, 2), "12.50");
   EXPECT_EQ(FixedText(-0.125, 2), "-0.12");
   EXPECT_EQ(FixedText(kInfinite, 1), "0.0");

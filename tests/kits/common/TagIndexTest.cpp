@@ -9,10 +9,10 @@
 namespace qm {
 namespace {
 
-void ExpectSameAsSearch(const std::string& text, const std::string& key) {
+bool SameAsSearch(const std::string& text, const std::string& key) {
   const TagIndex index(text);
-  EXPECT_EQ(index.Value(key), GetTagValue(text, key)) << text << " | " << key;
-  EXPECT_EQ(index.Value(key, etdDecoded), GetTagValue(text, key, "=", true)) << text << " | " << key;
+  return index.Value(key) == GetTagValue(text, key) &&
+         index.Value(key, etdDecoded) == GetTagValue(text, key, "=", true);
 }
 
 TEST(TagIndex, GivesWhatASearchGivesInAnyText) {
@@ -20,21 +20,13 @@ TEST(TagIndex, GivesWhatASearchGivesInAnyText) {
     // Few characters, so that keys, near-keys and quotes meet often.
     const auto text = *rc::gen::container<std::string>(
         rc::gen::element('a', 'A', 'b', '1', ' ', ' ', '=', '=', '"', '%', '2', '\n'));
-    const auto key =
-        *rc::gen::resize(4, rc::gen::container<std::string>(rc::gen::element('a', 'B', '1', '"')));
-    const TagIndex index(text);
-    RC_ASSERT(index.Value(key) == GetTagValue(text, key));
-    RC_ASSERT(index.Value(key, etdDecoded) == GetTagValue(text, key, "=", true));
+    RC_ASSERT(SameAsSearch(
+        text, *rc::gen::resize(4, rc::gen::container<std::string>(rc::gen::element('a', 'B', '1', '"')))));
   }));
-}
-
-TEST(TagIndex, GivesWhatASearchGivesInAwkwardTexts) {
-  const char* texts[] = {
-      "",           "a",        "a=",   "=1",    " =1",  "a=1 A=2",         "x=\"a=1 a=2\" a=3",
-      "a==1",       "a =1 a=2", " a=1", "  a=1", "a=\"", "b=\" a=\"1\" \"", "ba=1 a=%22 a=2",
-      "a=%22%0d%41"};
-  for (const char* text : texts)
-    for (const char* key : {"a", "A", "b", "x", "", "aa"}) ExpectSameAsSearch(text, key);
+  for (const char* text : {"", "a", "a=", "=1", " =1", "a=1 A=2", "x=\"a=1 a=2\" a=3", "a==1", "a =1 a=2",
+                           " a=1", "a=\"", "b=\" a=\"1\" \"", "ba=1 a=%22 a=2", "a=%22%0d%41"})
+    for (const char* key : {"a", "A", "b", "x", "", "aa"})
+      EXPECT_TRUE(SameAsSearch(text, key)) << text << "|" << key;
 }
 
 TEST(TagIndex, ManyKeysOfALargeTextAreFound) {

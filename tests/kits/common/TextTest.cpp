@@ -17,35 +17,37 @@ TEST(Text, ReferencesAreComparedTrimmedAndIgnoringAsciiCase) {
 
 TEST(Text, FindIgnoringCaseStartsWhereAsked) {
   const std::string text = "aXbxB";
-  EXPECT_EQ(FindIgnoringCase(text, "xb"), 1u);
-  EXPECT_EQ(FindIgnoringCase(text, "xb", 2), 3u);
-  EXPECT_EQ(FindIgnoringCase(text, "xb", 4), std::string::npos);
-  EXPECT_EQ(FindIgnoringCase(text, "", 5), 5u);
-  EXPECT_EQ(FindIgnoringCase(text, "", 6), std::string::npos);
+  const struct {
+    const char* part;
+    std::size_t from, at;
+  } cases[] = {{"xb", 0, 1}, {"xb", 2, 3}, {"xb", 4, text.npos}, {"", 5, 5}, {"", 6, text.npos}};
+  for (const auto& c : cases) EXPECT_EQ(FindIgnoringCase(text, c.part, c.from), c.at) << c.from;
 }
 
 TEST(Text, DelimitedTextWalksThroughTokens) {
-  std::size_t found = 0;
   const std::string text = "one, , three";
-  EXPECT_EQ(GetDelimitedText(text, 0, ", ", found), "one");
-  EXPECT_EQ(found, 3u);
-  EXPECT_EQ(GetDelimitedText(text, 5, ", ", found), "");
-  EXPECT_EQ(found, 5u);
-  EXPECT_EQ(GetDelimitedText(text, 7, ", ", found), "three");
-  EXPECT_EQ(found, std::string::npos);
-  EXPECT_EQ(GetDelimitedText(text, text.size(), ", ", found), "");
-  EXPECT_EQ(GetDelimitedText(text, 0, "", found), "");
-  EXPECT_EQ(found, std::string::npos);
+  const struct {
+    std::size_t from;
+    const char *delimiter, *token;
+    std::size_t found;
+  } cases[] = {{0, ", ", "one", 3},
+               {5, ", ", "", 5},
+               {7, ", ", "three", text.npos},
+               {text.size(), ", ", "", text.npos},
+               {0, "", "", text.npos}};
+  for (const auto& c : cases) {
+    std::size_t found = 0;
+    EXPECT_EQ(GetDelimitedText(text, c.from, c.delimiter, found), c.token) << c.from;
+    EXPECT_EQ(found, c.found) << c.from;
+  }
 }
 
 TEST(Text, OnlyWellFormedUtf8IsValid) {
-  for (const char* good : {"", "abc", "é", "€", "😀", "\xF4\x8F\xBF\xBF", "\xED\x9F\xBF", "\xC2\x80"}) {
+  for (const char* good : {"", "abc", "é", "€", "😀", "\xF4\x8F\xBF\xBF", "\xED\x9F\xBF", "\xC2\x80"})
     EXPECT_TRUE(IsValidUtf8(good)) << good;
-  }
   for (const char* bad : {"\x80", "a\xC3", "\xC0\xAF", "\xE0\x80\xAF", "\xF0\x80\x80\xAF", "\xED\xA0\x80",
-                          "\xF4\x90\x80\x80", "\xFF", "\xE2\x82", "\xE2\x82z"}) {
+                          "\xF4\x90\x80\x80", "\xFF", "\xE2\x82", "\xE2\x82z"})
     EXPECT_FALSE(IsValidUtf8(bad)) << bad;
-  }
 }
 
 TEST(Text, CharactersSurviveUtf8) {
@@ -68,11 +70,9 @@ TEST(Text, CharactersSurviveUtf8) {
 TEST(Text, CutsBetweenCharacters) {
   const std::string text = "a€😀";  // 1, 3 and 4 bytes
   const std::size_t kept[] = {0, 1, 1, 1, 4, 4, 4, 4, 8, 8};
-  for (std::size_t limit = 0; limit < std::size(kept); ++limit) {
+  for (std::size_t limit = 0; limit < std::size(kept); ++limit)
     EXPECT_EQ(CutAtCharacter(text, limit), text.substr(0, kept[limit])) << limit;
-  }
-  EXPECT_EQ(CutAtCharacter("\xE9\xE9\xE9\xE9", 2).size(), 2u)
-      << "bytes that are no text are cut where they stand";
+  EXPECT_EQ(CutAtCharacter("\xE9\xE9\xE9\xE9", 2).size(), 2u) << "no text at all";
 }
 
 TEST(EightBitText, BytesAreReadAsWhatTheyAre) {
@@ -90,9 +90,6 @@ TEST(EightBitText, WritesOneByteACharacterWhereThatReadsBack) {
   EXPECT_EQ(EightBitFromText("\xE9\x80"), "\xE9\x80");
   EXPECT_EQ(EightBitFromText("éé", 1), "\xE9");
   EXPECT_EQ(EightBitFromText("aŁ", 2), "a");
-}
-
-TEST(EightBitText, EveryByteHasItsPlace) {
   for (int code = 0; code < 256; ++code) {
     const std::string byte(1, static_cast<char>(code));
     EXPECT_EQ(EightBitFromText(TextFromEightBit(byte)), byte) << code;

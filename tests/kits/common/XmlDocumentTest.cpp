@@ -54,45 +54,36 @@ TEST(XmlDocument, WhatIsSavedIsLoaded) {
 }
 
 TEST(XmlDocument, CharactersThatXmlCannotHoldAreLeftOut) {
-  struct Case {
-    std::string text, kept;
-  };
-  const Case cases[] = {
-      {std::string("a\x01\0\x1F\x08z", 6), "az"},
-      {"a\tb\nc", "a\tb\nc"},
-      {"a\r\nb", "a\nb"},
-      {"\xFF\xC3z", "z"},
-      {"\xEF\xBF\xBF\xEF\xBF\xBE!", "!"},
-      {"\xED\xA0\x80x", "x"},
-      {"]]>&amp;<!--", "]]>&amp;<!--"},
-      {"\x01", ""},
-  };
-  for (const Case& c : cases) {
-    XmlElement element("e", c.text);
-    element.SetAttribute("a", c.text.find_first_of("\t\n\r") == std::string::npos ? c.text : "");
+  const std::pair<std::string, std::string> cases[] = {{std::string("a\x01\0\x1F\x08z", 6), "az"},
+                                                       {"a\tb\nc", "a\tb\nc"},
+                                                       {"a\r\nb", "a\nb"},
+                                                       {"\xFF\xC3z", "z"},
+                                                       {"\xEF\xBF\xBF\xEF\xBF\xBE!", "!"},
+                                                       {"\xED\xA0\x80x", "x"},
+                                                       {"]]>&amp;<!--", "]]>&amp;<!--"},
+                                                       {"\x01", ""}};
+  for (const auto& [text, kept] : cases) {
+    XmlElement element("e", text);
+    element.SetAttribute("a", text.find_first_of("\t\n\r") == text.npos ? text : "");
     XmlDocument back;
     ASSERT_TRUE(back.LoadText(element.ToText())) << element.ToText();
-    EXPECT_EQ(back.Root()->Text(), c.kept);
-    EXPECT_EQ(back.Root()->Attribute("a"), element.Attribute("a").empty() ? "" : c.kept);
+    EXPECT_EQ(back.Root()->Text(), kept);
+    EXPECT_EQ(back.Root()->Attribute("a"), element.Attribute("a").empty() ? "" : kept);
   }
 }
 
 TEST(XmlDocument, ReadsOtherEncodingsAndKindsOfText) {
-  struct Case {
-    std::string text, root;
-  };
-  const Case cases[] = {
+  const std::pair<std::string, std::string> cases[] = {
       {"<a>caf\xE9</a>", "<a>caf\xC3\xA9</a>"},
       {"<?xml version=\"1.0\" encoding=\"windows-1252\"?><a>\x80</a>", "<a>\xE2\x82\xAC</a>"},
       {"\xEF\xBB\xBF<a>\xC3\xA9</a>", "<a>\xC3\xA9</a>"},
       {std::string("\xFF\xFE<\0a\0>\0\xE9\0<\0/\0a\0>\0", 18), "<a>\xC3\xA9</a>"},
       {"<!DOCTYPE a><!-- b --><a x='1'>1<![CDATA[<2>]]><!-- c -->3\r\n</a>", "<a x=\"1\">1&lt;2&gt;3\n</a>"},
-      {"<a>\n  <b/>\n</a>", "<a><b/></a>"},
-  };
-  for (const Case& c : cases) {
+      {"<a>\n  <b/>\n</a>", "<a><b/></a>"}};
+  for (const auto& [text, root] : cases) {
     XmlDocument document;
-    ASSERT_TRUE(document.LoadText(c.text)) << c.text;
-    EXPECT_EQ(document.Root()->ToText(), c.root);
+    ASSERT_TRUE(document.LoadText(text)) << text;
+    EXPECT_EQ(document.Root()->ToText(), root);
   }
 }
 
@@ -105,8 +96,7 @@ TEST(XmlDocument, RefusesWhatIsNoDocumentAndKeepsWhatItHad) {
   ASSERT_TRUE(document.LoadText(shallow));
   ASSERT_TRUE(document.LoadText("<kept/>"));
   for (const std::string& text :
-       {std::string(), std::string("plain"), std::string("<a>"), std::string("<a></b>"),
-        std::string("<a/><b/>"), deep, "<a>" + shallow + "</a>"}) {
+       std::vector<std::string>{"", "plain", "<a>", "<a></b>", "<a/><b/>", deep, "<a>" + shallow + "</a>"}) {
     EXPECT_FALSE(document.LoadText(text)) << text.substr(0, 20);
     EXPECT_EQ(document.Root()->Name(), "kept");
   }
