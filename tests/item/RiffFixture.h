@@ -92,15 +92,4 @@ inline std::string Id3(const std::string& frames, const std::string& id = "id3 "
   return Chunk(id, "ID3\x03" + std::string(6, '\0') + frames + std::string(120, '\0'));
 }
 
-// "Name=value;Name=value" taken apart.
-inline std::vector<std::pair<std::string, std::string>> SplitFields(const std::string& text) {
-  std::vector<std::pair<std::string, std::string>> fields;
-  for (std::size_t start = 0; start < text.size();) {
-    const std::size_t equals = text.find('=', start), end = std::min(text.find(';', equals), text.size());
-    fields.emplace_back(text.substr(start, equals - start), text.substr(equals + 1, end - equals - 1));
-    start = end + 1;
-  }
-  return fields;
-}
-
 }  // namespace qm::test
