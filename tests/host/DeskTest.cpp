@@ -10,7 +10,6 @@ namespace {
 using namespace test;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::StartsWith;
 
 std::string TextOf(const DeskLine& line) {
   std::string text;
@@ -62,66 +61,48 @@ TEST(DeskPicture, KeepsTheChosenFileInSight) {
   }
 }
 
-class DeskProgram : public OnTerminal {
- protected:
-  // The references of the play logs, with the players.
-  std::vector<std::string> Logged() const {
-    std::vector<std::string> told;
-    for (const std::string& line : Lines(ReadBytes(m_folder.File("logs"))))
-      told.push_back(line.substr(0, line.find(' ')) + line.substr(line.find(" Player="), 9));
-    return told;
-  }
-};
+class DeskProgram : public OnTerminal {};
 
 TEST_F(DeskProgram, WorksPlayersByKeysAndLogsWhatWasPlayed) {
   WriteBytes(m_folder.File("short.wav"), Wav16(Noise16(4410, 0.1), 44100, 1));
-  Start(Quillmere({"play", "--desk", "a.wav", "a.wav::ItemTitle=Second,Reference=second", "short.wav",
-                   "gone.wav", "--device", "null", "--playlogs", "logs"}));
+  Start(
+      "play --desk a.wav a.wav::ItemTitle=Second,Reference=second short.wav gone.wav --device null "
+      "--playlogs logs");
   ASSERT_TRUE(See("cannot be read"));  // the whole list has been looked at
-  Press("\r");
-  ASSERT_TRUE(See("player 1 has cued 'a'"));
-  Press("\x1b[B\x1b[15;3~");  // down, and alt with F5
-  ASSERT_TRUE(See("on the air on 2"));
-  Press("\x1bOP");  // F1
-  ASSERT_TRUE(See("on the air on 1"));
-  Press("\x1b[12~");  // F2 pauses
-  ASSERT_TRUE(See("paused"));
-  Press("\x1b[B3");
-  ASSERT_TRUE(See("player 3 has cued 'short'"));
-  Press("a");
-  ASSERT_TRUE(See("player 3 played 'short' to 0:00.10"));
-  Press("\x1b[F\r");
-  ASSERT_TRUE(See("cannot open 'gone.wav'"));
-  Press("\x1bOR");  // F3 cues what is paused, F4 closes it
-  ASSERT_TRUE(See("cued"));
-  Press("\x1bOS");
-  ASSERT_TRUE(See("player 1 played 'a'"));
-  Press("q");
-  ASSERT_TRUE(See("on the air: player 2. Leave"));
-  Press("n");
-  ASSERT_TRUE(See("staying"));
-  Press("q");
-  ASSERT_TRUE(See("on the air: player 2. Leave"));
-  Press("y");
-  ASSERT_TRUE(See("\x1b[?1049l"));  // the former screen
-  ExpectRestored();
-  EXPECT_EQ(Status(), 0);
-  EXPECT_THAT(Logged(), ElementsAre("HDRef=\"short.wav\" Player=3", "HDRef=\"a.wav\" Player=1",
-                                    "HDRef=\"second\" Player=2"));
+  Work({
+      {"\r", "player 1 has cued 'a'"},
+      {"\x1b[B\x1b[15;3~", "on the air on 2"},  // down, and alt with F5
+      {"\x1bOP", "on the air on 1"},            // F1
+      {"\x1b[12~", "paused"},                   // F2
+      {"\x1b[B3", "player 3 has cued 'short'"},
+      {"a", "player 3 played 'short' to 0:00.10"},
+      {"\x1b[F\r", "cannot open 'gone.wav'"},
+      {"\x1bOR", "cued"},                 // F3 cues what is paused
+      {"\x1bOS", "player 1 played 'a'"},  // F4 closes it
+      {"q", "on the air: player 2. Leave"},
+      {"n", "staying"},
+      {"q", "on the air: player 2. Leave"},
+      {"y", "\x1b[?1049l"},  // the former screen
+  });
+  ExpectEnd(0);
+  std::vector<std::string> logged;
+  for (const std::string& line : Lines(ReadBytes(m_folder.File("logs"))))
+    logged.push_back(line.substr(0, line.find(' ')) + line.substr(line.find(" Player="), 9));
+  EXPECT_THAT(logged, ElementsAre("HDRef=\"short.wav\" Player=3", "HDRef=\"a.wav\" Player=1",
+                                  "HDRef=\"second\" Player=2"));
 }
 
 TEST_F(DeskProgram, FollowsTheWindowAndGivesTheScreenBackWhenEnded) {
-  Start(Quillmere({"play", "--players", "12", "a.wav", "--device", "null"}));
+  Start("play --players 12 a.wav --device null");
   ASSERT_TRUE(See("q quit"));
   for (const winsize& size : {winsize{5, 18, 0, 0}, winsize{40, 130, 0, 0}}) {
     ASSERT_EQ(ioctl(m_terminal, TIOCSWINSZ, &size), 0);
     ASSERT_TRUE(See("\x1b[2J"));
     ASSERT_TRUE(See("\x1b[" + std::to_string(size.ws_row) + ";1H"));  // the bottom line
   }
-  kill(m_id, SIGTERM);
+  m_run->Signal(SIGTERM);
   ASSERT_TRUE(See("\x1b[?1049l"));
-  ExpectRestored();
-  EXPECT_EQ(Status(), 128 + SIGTERM);
+  ExpectEnd(128 + SIGTERM);
 }
 
 }  // namespace

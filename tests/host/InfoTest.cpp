@@ -13,7 +13,7 @@ using Json = nlohmann::ordered_json;
 TEST(InfoProgram, TellsFormatLengthAndItem) {
   TempFolder folder;
   WriteBytes(folder.File("Blue \"Skies\".wav"), Wav16(std::vector<std::int16_t>(2 * 4851), 22050, 2));
-  ProgramRun run(folder, Quillmere({"info", "Blue \"Skies\".wav", "--json"}));
+  ProgramRun run(folder, Quillmere("info --json", {"Blue \"Skies\".wav"}));
   ASSERT_EQ(run.Status(), 0) << run.Err();
   const Json told = Json::parse(run.Out());
   const Json expected = Json::parse(R"({
@@ -41,7 +41,7 @@ void WriteFull(const TempFolder& folder, const std::string& name) {
 TEST(InfoProgram, TellsMarkersChunksAndTags) {
   TempFolder folder;
   WriteFull(folder, "--full.wav");
-  ProgramRun json(folder, Quillmere({"info", "--json", "--", "--full.wav"}));
+  ProgramRun json(folder, Quillmere("info --json -- --full.wav"));
   ASSERT_EQ(json.Status(), 0) << json.Err();
   Json told = Json::parse(json.Out());
   EXPECT_EQ(told["item"]["ArtistName"], Json::parse(R"(["B\u00e9nny\nand band", "", ""])"));
@@ -53,7 +53,7 @@ TEST(InfoProgram, TellsMarkersChunksAndTags) {
   EXPECT_EQ(told["markers"],
             Json::parse(R"([{"Title": "Here", "StartSample": 500, "Duration": 20, "MarkerType": 1,
                                               "flags": 0, "MarkerColour": 65535}])"));
-  ProgramRun table(folder, Quillmere({"info", "./--full.wav"}));
+  ProgramRun table(folder, Quillmere("info ./--full.wav"));
   ASSERT_EQ(table.Status(), 0) << table.Err();
   for (const char* part :
        {"ArtistName", "B\xC3\xA9nny\n       ", "Here", "0:00.50", "LIST INFO", "data", "LIST IART"})
@@ -70,7 +70,7 @@ TEST(InfoProgram, GoesThroughFoldersWhateverIsInThem) {
   WriteBytes(folder.File("a/empty.mp3"), "");
   std::filesystem::create_directory_symlink(folder.File("a"), folder.File("a/b/loop"));
   std::filesystem::create_directory(folder.File("a/folder.wav"));
-  ProgramRun run(folder, Quillmere({"info", "a", "gone.wav", "a/b/one.WAV", "--json"}));
+  ProgramRun run(folder, Quillmere("info a gone.wav a/b/one.WAV --json"));
   EXPECT_EQ(run.Status(), 1);
   std::vector<std::string> files;
   for (const std::string& line : Lines(run.Out())) files.push_back(Json::parse(line)["file"]);
@@ -84,7 +84,7 @@ TEST(InfoProgram, GoesThroughFoldersWhateverIsInThem) {
 
 TEST(DevicesProgram, WorksWithoutASoundServer) {
   TempFolder folder;
-  ProgramRun run(folder, Quillmere({"devices", "--json"}));
+  ProgramRun run(folder, Quillmere("devices --json"));
   EXPECT_EQ(run.Status(), 0);
   EXPECT_EQ(run.Err(), "");
   const Json told = Json::parse(run.Out());

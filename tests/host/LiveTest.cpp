@@ -14,46 +14,32 @@ LiveState Somewhere() {
   LiveState state;
   state.title = "Caf\u00e9 \u97f3\u697d";
   state.format = "Ogg 44100 Hz stereo";
-  state.item = 2;
-  state.items = 3;
-  state.status = psPlaying;
-  state.section = epsMain;
-  state.position = 50;
-  state.remaining = 50;
-  state.remainingExtro = 30;
-  state.introEnd = 10;
-  state.extro = 80;
-  state.audioEnd = 100;
-  state.volume = 90;
-  state.left = 32767;
+  state.item = 2, state.items = 3;
+  state.status = psPlaying, state.section = epsMain;
+  state.position = 50, state.remaining = 50, state.remainingExtro = 30;
+  state.introEnd = 10, state.extro = 80, state.audioEnd = 100;
+  state.volume = 90, state.left = 32767;
   return state;
 }
 
-TEST(LivePicture, FitsEveryWidth) {
-  for (std::size_t width = 1; width <= 140; ++width)
-    for (const bool unicode : {false, true})
-      for (const std::string& line : DrawLive(Somewhere(), width, unicode))
-        EXPECT_LE(TextWidth(line), width) << line;
-}
-
-TEST(LivePicture, ShowsMarksAndPlaceOnTheBar) {
+TEST(LivePicture, TellsStateInWordsAndPlaceOnTheBar) {
   LiveState state = Somewhere();
-  EXPECT_EQ(DrawLive(state, 20, false)[2], "==I=======O-----E---");
-  state.position = 100;
-  EXPECT_EQ(DrawLive(state, 20, false)[2], "==I=============E==O");
-  state.audioStart = 40;
-  state.position = 40;
-  EXPECT_EQ(DrawLive(state, 12, false)[2], "O-------E---");
-  state.audioEnd = 0;
-  EXPECT_EQ(DrawLive(state, 12, false)[2], "------------");
-}
-
-TEST(LivePicture, TellsStateInWords) {
-  const auto lines = DrawLive(Somewhere(), 100, true);
+  const auto lines = DrawLive(state, 100, true);
   EXPECT_EQ(lines[0], "2/3  Caf\u00e9 \u97f3\u697d  Ogg 44100 Hz stereo");
   EXPECT_EQ(lines[1], "playing  main              volume  90");
   EXPECT_EQ(lines[3], "0:50.00 played   0:50.00 left   extro in 0:30.00");
   EXPECT_NE(lines[4].find(" 0.0 dB"), std::string::npos) << lines[4];
+  EXPECT_EQ(DrawLive(state, 20, false)[2], "==I=======O-----E---");
+  state.position = 100;
+  EXPECT_EQ(DrawLive(state, 20, false)[2], "==I=============E==O");
+  state.position = state.audioStart = 40;
+  EXPECT_EQ(DrawLive(state, 12, false)[2], "O-------E---");
+  state.audioEnd = 0;
+  EXPECT_EQ(DrawLive(state, 12, false)[2], "------------");
+  for (std::size_t width = 1; width <= 140; ++width)
+    for (const bool unicode : {false, true})
+      for (const std::string& line : DrawLive(Somewhere(), width, unicode))
+        EXPECT_LE(TextWidth(line), width) << line;
 }
 
 TEST(TerminalText, CountsCells) {
@@ -63,13 +49,8 @@ TEST(TerminalText, CountsCells) {
   EXPECT_EQ(CutText("a\x1b[2J\xff", 9), "a?[2J?");
 }
 
-struct SentKey {
-  std::string bytes;
-  Key key;
-};
-
 TEST(KeyReader, ReadsWhatTerminalsSend) {
-  const SentKey sent[] = {
+  const std::pair<std::string, Key> sent[] = {
       {"c", {'c', 0}},
       {"\n", {ekEnter, 0}},
       {"\u00e9", {0xE9, 0}},
@@ -95,19 +76,18 @@ TEST(KeyReader, ReadsWhatTerminalsSend) {
   const KeyReader::Time now{};
   Key key;
   std::string all;
-  for (const SentKey& row : sent) {
-    for (std::size_t at = 0; at + 1 < row.bytes.size() && row.bytes[0] == '\x1b'; ++at) {
-      split.Feed(row.bytes.substr(at, 1), now);
-      EXPECT_FALSE(split.Take(key, now)) << row.bytes;
+  for (const auto& [bytes, sentKey] : sent) {
+    const std::size_t last = bytes[0] == '\x1b' ? bytes.size() - 1 : 0;
+    for (std::size_t at = 0; at < last; ++at) {
+      split.Feed(bytes.substr(at, 1), now);
+      EXPECT_FALSE(split.Take(key, now)) << bytes;
     }
-    split.Feed(row.bytes[0] == '\x1b' ? row.bytes.substr(row.bytes.size() - 1) : row.bytes, now);
-    ASSERT_TRUE(split.Take(key, now)) << row.bytes;
-    EXPECT_EQ(key.code, row.key.code) << row.bytes;
-    EXPECT_EQ(key.held, row.key.held) << row.bytes;
-    all += row.bytes;
+    split.Feed(bytes.substr(last), now);
+    EXPECT_TRUE(split.Take(key, now) && key == sentKey) << bytes << " " << key.code << " " << key.held;
+    all += bytes;
   }
   whole.Feed(all, now);
-  for (const SentKey& row : sent) EXPECT_TRUE(whole.Take(key, now) && key == row.key) << row.bytes;
+  for (const auto& [bytes, sentKey] : sent) EXPECT_TRUE(whole.Take(key, now) && key == sentKey) << bytes;
 }
 
 TEST(KeyReader, TakesAnEscapeThatNothingFollowsForAKey) {
@@ -123,33 +103,24 @@ TEST(KeyReader, TakesAnEscapeThatNothingFollowsForAKey) {
 class LiveProgram : public OnTerminal {};
 
 TEST_F(LiveProgram, ObeysKeysAndPutsTheTerminalBack) {
-  Start(Quillmere({"play", "a.wav", "a.wav::ItemTitle=Second", "--device", "null"}));
+  Start("play a.wav a.wav::ItemTitle=Second --device null");
   ASSERT_TRUE(See("playing  main"));
-  Press(" ");
-  ASSERT_TRUE(See("paused"));
-  Press("\x1b[C");
-  ASSERT_TRUE(See("0:05."));
-  Press("[[");
-  ASSERT_TRUE(See("volume  90"));
-  Press("c");
-  ASSERT_TRUE(See("cued     main"));
-  Press("n");
-  ASSERT_TRUE(See("2/2  Second"));
-  ASSERT_TRUE(See("playing  main"));
-  Press("q");
-  ExpectRestored();
-  EXPECT_EQ(Status(), 0);
+  Work({{" ", "paused"},
+        {"\x1b[C", "0:05."},
+        {"[[", "volume  90"},
+        {"c", "cued     main"},
+        {"n", "2/2  Second"},
+        {"", "playing  main"},
+        {"q", ""}});
+  ExpectEnd(0);
 }
 
 TEST_F(LiveProgram, PutsTheTerminalBackWhenEndedFromOutside) {
   for (const int number : {SIGTERM, SIGINT, SIGABRT}) {
-    Start(Quillmere({"play", "a.wav", "--device", "null"}));
+    Start("play a.wav --device null");
     ASSERT_TRUE(See("playing  main"));
-    kill(m_id, number);
-    ExpectRestored();
-    EXPECT_EQ(Status(), number == SIGABRT ? -SIGABRT : 128 + number);
-    close(m_slave);
-    close(m_terminal);
+    m_run->Signal(number);
+    ExpectEnd(number == SIGABRT ? -SIGABRT : 128 + number);
   }
 }
 

@@ -20,9 +20,8 @@ struct Outcome {
   std::vector<std::string> out, err;
 };
 
-Outcome RunPeaks(const TempFolder& folder, std::vector<std::string> words) {
-  words.insert(words.begin(), "peaks");
-  ProgramRun run(folder, Quillmere(words));
+Outcome RunPeaks(const TempFolder& folder, const std::string& words) {
+  ProgramRun run(folder, Quillmere("peaks " + words));
   const int status = run.Status();
   return {status, Lines(run.Out()), Lines(run.Err())};
 }
@@ -34,23 +33,23 @@ TEST(PeaksProgram, MakesWhatIsMissingAndGoesOnAfterABadFile) {
   WriteBytes(folder.File("wall/b.wav"), "no audio");
   WriteBytes(folder.File("wall/deep/c.wav"), Wav16(Noise16(3000), 8000, 2));
 
-  Outcome ran = RunPeaks(folder, {"--check", "wall/a.wav", "wall/deep"});
+  Outcome ran = RunPeaks(folder, "--check wall/a.wav wall/deep");
   EXPECT_EQ(ran.status, 1);
   EXPECT_THAT(ran.out, ElementsAre("missing   wall/a.wav", "missing   wall/deep/c.wav"));
   EXPECT_THAT(ran.err, ElementsAre("quillmere: 2 of 2 files have no valid peak file"));
   EXPECT_FALSE(fs::exists(folder.File("wall/Peakfiles")));
 
-  ran = RunPeaks(folder, {"wall", "gone.wav"});
+  ran = RunPeaks(folder, "wall gone.wav");
   EXPECT_EQ(ran.status, 1);
   EXPECT_THAT(ran.out, ElementsAre("made      wall/a.wav", "made      wall/deep/c.wav"));
   EXPECT_THAT(ran.err, ElementsAre(HasSubstr("wall/b.wav"), HasSubstr("gone.wav")));
 
   WriteBytes(folder.File("wall/deep/c.wav"), Wav16(Noise16(4000), 8000, 2));
-  EXPECT_THAT(RunPeaks(folder, {"--check", "wall/a.wav", "wall/deep"}).out,
+  EXPECT_THAT(RunPeaks(folder, "--check wall/a.wav wall/deep").out,
               ElementsAre("valid     wall/a.wav", "outdated  wall/deep/c.wav"));
-  EXPECT_THAT(RunPeaks(folder, {"wall/a.wav", "wall/deep"}).out,
+  EXPECT_THAT(RunPeaks(folder, "wall/a.wav wall/deep").out,
               ElementsAre("valid     wall/a.wav", "made      wall/deep/c.wav"));
-  ran = RunPeaks(folder, {"--force", "--json", "wall/a.wav"});
+  ran = RunPeaks(folder, "--force --json wall/a.wav");
   ASSERT_EQ(ran.out.size(), 1u);
   const Json told = Json::parse(ran.out[0]);
   EXPECT_EQ(told["state"], "made");
@@ -60,15 +59,10 @@ TEST(PeaksProgram, MakesWhatIsMissingAndGoesOnAfterABadFile) {
 
 TEST(PeaksProgram, ASignalCancelsAndLeavesWholePeakFilesOnly) {
   TempFolder folder;
-  std::string header = Wav16({}, 44100, 2);
-  const std::vector<std::string> names = {"a.wav", "b.wav", "c.wav", "d.wav"};
-  WriteBytes(folder.File(names[0]), header.replace(40, 4, LittleEndian(0x7F000000, 4)));
-  fs::resize_file(folder.File(names[0]), 0x7F000000);  // hours of silence that take no room
-  for (std::size_t i = 1; i < names.size(); ++i)
-    fs::create_hard_link(folder.File(names[0]), folder.File(names[i]));
-  std::vector<std::string> words = {"peaks"};
-  words.insert(words.end(), names.begin(), names.end());
-  ProgramRun run(folder, Quillmere(words));
+  WriteHours(folder.File("a.wav"));
+  for (const char* name : {"b.wav", "c.wav", "d.wav"})
+    fs::create_hard_link(folder.File("a.wav"), folder.File(name));
+  ProgramRun run(folder, Quillmere("peaks a.wav b.wav c.wav d.wav"));
   std::error_code none;
   while (fs::directory_iterator(folder.File("Peakfiles"), none) == fs::directory_iterator()) sched_yield();
   run.Signal(SIGINT);
