@@ -19,7 +19,8 @@ set(QM_PUBLIC_HEADERS
   settings/cAudioSettings.h settings/cAudioSettingsFields.def settings/AudioSettingsVocabulary.h
   playback/cBasePlayer.h playback/cListPlayer.h playback/cPlayLog.h playback/cPlayLogFields.def playback/cPlayer.h
   playback/cPlayers.h
-  controls/uWaveform.h kits/draw/OffscreenSurface.h kits/draw/Surface.h
+  controls/uWaveform.h kits/draw/Hill.h kits/draw/OffscreenSurface.h kits/draw/Picture.h
+  kits/draw/Surface.h
   kits/common/Clock.h kits/common/Colours.h kits/common/Dates.h kits/common/Event.h kits/common/Files.h
   kits/common/MessageBox.h kits/common/Numbers.h kits/common/Registry.h kits/common/TagText.h kits/common/Text.h
   kits/sound/Platform.h kits/sound/SoundSystem.h kits/sound/cAudioFile.h kits/sound/cAudioFormat.h

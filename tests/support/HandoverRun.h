@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cmath>
 #include <cstdint>
@@ -66,10 +67,14 @@ inline std::unique_ptr<Device> Offline(std::unique_ptr<FrameSink> sink) {
   return std::make_unique<OfflineDevice>("offline", std::move(sink), OutputFormat{ListRig::kRate, 2});
 }
 
-// A clock that keeps the first `frames` frames it pulls.
+// A clock that keeps the first `frames` frames it pulls, and is lost once when it has pulled `lifetime`.
 class KeepingClock : public ClockOutput, private FrameSource {
  public:
-  KeepingClock(std::vector<float>& kept, std::size_t frames) : m_kept(kept) { m_kept.reserve(2 * frames); }
+  KeepingClock(std::vector<float>& kept, std::size_t frames, std::size_t lifetime)
+      : m_kept(kept), m_lifetime(lifetime) {
+    m_kept.reserve(2 * frames);
+  }
+  ~KeepingClock() override { Close(eocDrop); }  // while Pull is still there
   bool Open(const OutputShape& wanted, enOutputMatch match, std::string& errorText) override {
     OutputShape shape = wanted;
     shape.format = {ListRig::kRate, 2};
@@ -79,15 +84,22 @@ class KeepingClock : public ClockOutput, private FrameSource {
     m_source = &source;
     return ClockOutput::Start(*this, errorText);
   }
+  void Close(enOutputClose how) override {
+    ClockOutput::Close(how);
+    if (m_pulled >= m_lifetime) m_lifetime = SIZE_MAX;
+  }
+  bool Alive() override { return m_pulled < m_lifetime && ClockOutput::Alive(); }
 
  private:
   void Pull(float* interleaved, std::size_t frames) noexcept override {
     m_source->Pull(interleaved, frames);
+    m_pulled += frames;
     if (m_kept.size() + 2 * frames <= m_kept.capacity())
       m_kept.insert(m_kept.end(), interleaved, interleaved + 2 * frames);
   }
 
   std::vector<float>& m_kept;
+  std::atomic<std::size_t> m_pulled = 0, m_lifetime;
   FrameSource* m_source = nullptr;
 };
 
@@ -231,6 +243,7 @@ struct HandoverOutcome {
   std::size_t wrongFrames = 0;  // frames that are not the sum of what should sound there
   std::int64_t lostFrames = 0;  // what should have been heard, less what was
   int mostFilesOpen = 0;
+  int deviceChanges = 0;  // lost, and back
   AudioEngine::Misses misses;
   double residentEarly = 0, residentLate = 0;  // megabytes, after a tenth and at the end
 };
@@ -246,12 +259,16 @@ class HandoverRun {
     return m_outcome;
   }
 
-  // On a clock, by a host that comes late by a random time of up to `delay`.
-  HandoverOutcome PlayLive(Palette& palette, std::size_t entries, std::chrono::milliseconds delay) {
+  // On a clock, by a host that comes late by a random time of up to `delay`. The clock is lost behind
+  // `lifetime` frames, if it comes to that; the sound is compared of one that is not.
+  HandoverOutcome PlayLive(Palette& palette, std::size_t entries, std::chrono::milliseconds delay,
+                           std::size_t lifetime = SIZE_MAX) {
     std::vector<float> heard;
     {
-      ListRig rig(std::make_unique<LiveDevice>(
-          "clock", std::make_unique<KeepingClock>(heard, entries * ListRig::kRate)));
+      auto device = std::make_unique<LiveDevice>(
+          "clock", std::make_unique<KeepingClock>(heard, entries * ListRig::kRate, lifetime));
+      device->onStateChange = [this](const std::string&) { ++m_outcome.deviceChanges; };
+      ListRig rig(std::move(device));
       const auto list = Begin(rig, palette, entries);
       while (list->Status() != psClosed) {
         pollfd wake{rig.engine->WaitDescriptor(), POLLIN, 0};
@@ -260,14 +277,15 @@ class HandoverRun {
         rig.engine->Pump();
       }
       m_outcome.misses = rig.engine->CountMisses();
+      Finish(*list);
     }
+    if (lifetime != SIZE_MAX) return m_outcome;
     // The clock pulls before anything sounds: what is heard first is the beginning of the first piece.
     const std::ptrdiff_t lead = FirstSound(heard) - FirstSound(m_order[0]->sound);
     m_heard = m_starts.front();
     for (auto at = static_cast<std::size_t>(std::max<std::ptrdiff_t>(lead, 0)); 2 * at + 512 <= heard.size();
          at += 256)
       Check(heard.data() + 2 * at, 256);
-    Finish(*m_list);
     return m_outcome;
   }
 
@@ -287,14 +305,14 @@ class HandoverRun {
   };
 
   std::shared_ptr<cListPlayer> Begin(ListRig& rig, Palette& palette, std::size_t entries) {
-    m_list = std::make_shared<cListPlayer>(rig.platform);
-    m_list->SetPlayerCallback(rig.Owner());
-    m_list->InitListPlayer(1, rig.settings);
+    const auto list = std::make_shared<cListPlayer>(rig.platform);
+    list->SetPlayerCallback(rig.Owner());
+    list->InitListPlayer(1, rig.settings);
     for (std::size_t i = 0; i < entries; ++i) {
       m_order.push_back(&palette.pieces[palette.Next() % palette.pieces.size()]);
-      m_list->AddItem(m_order.back()->item, m_order.back()->type);
+      list->AddItem(m_order.back()->item, m_order.back()->type);
     }
-    m_list->events.PlayerEvent.connect(
+    list->events.PlayerEvent.connect(
         [&rig, &palette, this](std::int32_t event, std::string&, float&, float&, std::string&, std::string&) {
           if (event == pePlaying) m_starts = {rig.engine->Frame()};
           if (event != pePlayerListCurrentItemChanged) return;
@@ -302,8 +320,8 @@ class HandoverRun {
           m_outcome.mostFilesOpen = std::max(m_outcome.mostFilesOpen, palette.FilesOpen());
           if (m_starts.size() == m_order.size() / 10 + 2) m_outcome.residentEarly = Resident();
         });
-    m_list->PlayItems();
-    return m_list;
+    list->PlayItems();
+    return list;
   }
 
   void Finish(const cListPlayer& list) {
@@ -357,7 +375,6 @@ class HandoverRun {
   }
 
   HandoverOutcome m_outcome;
-  std::shared_ptr<cListPlayer> m_list;
   std::size_t m_first = 0;  // that may still sound
   std::vector<const Piece*> m_order;
   std::vector<std::int64_t> m_starts;

@@ -21,5 +21,13 @@ TEST(LiveHandover, AHostThatComesUpTo40MillisecondsLateIsExact) {
   FAIL() << "no attempt without a missed deadline";
 }
 
+TEST(LiveHandover, ALostDeviceDoesNotHoldTheListUp) {
+  test::Palette palette(16, 6);
+  const test::HandoverOutcome outcome =
+      test::HandoverRun().PlayLive(palette, 8, std::chrono::milliseconds(1), test::ListRig::kRate);
+  EXPECT_EQ(outcome.deviceChanges, 2);
+  EXPECT_EQ(outcome.handovers, 7u);
+}
+
 }  // namespace
 }  // namespace qm
