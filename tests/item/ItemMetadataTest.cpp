@@ -52,8 +52,7 @@ TEST_F(ItemFiles, RefuseWhatCannotBe) {
   m_item.SetTotalLength(7);
   for (const char* content : {"", static_cast<const char*>(nullptr)}) {
     if (content) WriteBytes(m_path, content);
-    EXPECT_FALSE(m_item.LoadFromFile(m_path));
-    EXPECT_FALSE(Save(llfQuillmere));
+    EXPECT_FALSE(m_item.LoadFromFile(m_path) || Save(llfQuillmere));
     EXPECT_EQ(m_item.TotalLength(), 7);
     EXPECT_EQ(m_item.AudioFileName(), "");
   }
@@ -76,8 +75,7 @@ TEST_F(ItemFiles, TellWhenTheSystemRefuses) {
   std::filesystem::copy_file("/bin/cat", path);
   FILE* running = popen((Quoted(path) + " /dev/zero 2>&1").c_str(), "r");
   ASSERT_TRUE(running && fgetc(running) == 0);
-  EXPECT_FALSE(m_item.SaveToFile(path, llfCartChunk, &m_platform));
-  EXPECT_FALSE(m_item.SaveToFile(path, llfBext, &m_platform));
+  for (const auto flags : {llfCartChunk, llfBext}) EXPECT_FALSE(m_item.SaveToFile(path, flags, &m_platform));
   pclose(running);
   const std::string start = "The WAV audio file is not read only, but Windows would not let the ";
   EXPECT_EQ(m_box->shown, (std::vector<std::string>{start + "CartChunk information be updated",
@@ -109,8 +107,8 @@ TEST_F(ItemFiles, KeepMarkersBesideTheAudio) {
   ASSERT_EQ(back.NumberMarkers(), 4);
   for (std::int32_t i = 1; i <= 4; ++i) {
     EXPECT_EQ(back.Marker(i)->Guid(), m_item.Marker(i)->Guid());
-    EXPECT_EQ(back.Marker(i)->Title(),
-              m_item.Marker(i)->Title().substr(0, 129));  // one of them takes two bytes
+    // One of the characters takes two bytes.
+    EXPECT_EQ(back.Marker(i)->Title(), m_item.Marker(i)->Title().substr(0, 129));
     EXPECT_EQ(back.Marker(i)->StartSample(), m_item.Marker(i)->StartSample());
   }
   back.ClearMarkers();

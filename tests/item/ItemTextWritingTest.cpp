@@ -14,11 +14,6 @@ namespace {
 
 const std::string kVersions = " AppVer=v" + LibraryVersion() + " SerVer=3.005011";
 
-TEST(ItemTextWriting, AFreshItem) {
-  EXPECT_EQ(cHDItem().Serialisation(),
-            "Ref=\"\" InfAvail=3" + kVersions + " TSRatio=1 ContTypNo=-1 CatNo=-1");
-}
-
 // Every field as its number in the order of the interface, marks such that none pulls another back.
 void FillAll(cHDItem& item) {
   item.SetTotalLength(500);
@@ -38,8 +33,9 @@ void FillAll(cHDItem& item) {
   item.AddLastPlay(45001, "8b c");
 }
 
-TEST(ItemTextWriting, AFullItemInTheOrderThatReadersKnow) {
+TEST(ItemTextWriting, AFreshAndAFullItemInTheOrderThatReadersKnow) {
   cHDItem item;
+  EXPECT_EQ(item.Serialisation(), "Ref=\"\" InfAvail=3" + kVersions + " TSRatio=1 ContTypNo=-1 CatNo=-1");
   FillAll(item);
   for (const ItemExtra& extra : ItemExtras()) (item.*extra.get)(2)->SetHardwareLine(9);
   item.ExtroExtra(3)->SetCommandName("go");
@@ -48,24 +44,28 @@ TEST(ItemTextWriting, AFullItemInTheOrderThatReadersKnow) {
   EXPECT_EQ(
       item.Serialisation(),
       "Ref=\"Ref %221\" InfAvail=65535" + kVersions +
-          " GUID=\"GUID %221\" AudFName=\"AudFName %221\" AudFType=7 OrigSource=\"OrigSource %221\" "
-          "AudFLn=5 AudFEx=1 ITitle=\"ITitle %221\" OtherInf=\"OtherInf %221\" AName1=\"AName %221\" "
-          "AName2=\"AName %222\" AName3=\"AName %223\" IDesc1=\"IDesc %221\" IDesc2=\"IDesc %222\" "
-          "IDesc3=\"IDesc %223\" Year=13 NoLstPly=3 LstPly1=45000.25 LstPly3=45001 LstPlyRef1=7 "
-          "LstPlyRef3=8b c PlayVol=11 TSRatio=12 StNotes=\"StNotes %221\" StNotesFName=\"StNotesFName "
-          "%221\" WNotes=\"WNotes %221\" DNotes=\"DNotes %221\" URL=\"URL %221\" OStRef=\"OStRef %221\" "
-          "CField1=\"CField %221\" CField2=\"CField %222\" CField3=\"CField %223\" EnType=20 "
-          "RManRef=\"RManRef %221\" PTitle=\"PTitle %221\" MTitle=\"MTitle %221\" RecLabel=\"RecLabel "
-          "%221\" RecNo=\"RecNo %221\" ISRC=\"ISRC %221\" Composer=\"Composer %221\" Performer=\"Performer "
-          "%221\" Publisher=\"Publisher %221\" CCode=\"CCode %221\" CTDur=31 CMDur=32 CrDt=33 CrTm=34 "
-          "LastModDt=35 LastModTm=36 AirStDt=39 AirStTm=40 AirEnDt=41 AirEnTm=42 KillDt=2024-02-29 "
-          "NoPics=44 PicFName=cover front.png ContTypInf=\"ContTypInf %221\" ContTypNo=47 TypInf=\"TypInf "
-          "%221\" TypNo=51 CatInf=\"CatInf %221\" CatNo=49 CodHis=\"CodHis %221\" Client=\"Client %221\" "
-          "OutCue=\"OutCue %221\" Ver=55 CutID=\"CutID %221\" Org=\"Org %221\" OrgRef=\"OrgRef %221\" "
-          "OrgDT=59 OrgTM=60 ProdAppName=\"ProdAppName %221\" ProdAppVer=\"ProdAppVer %221\" AudSt1=74 "
-          "AudSt2=75 AudStEx2=\"HardwareLine=9\" AudSt3=76 InSt1=76 InSt2=77 InStEx2=\"HardwareLine=9\" "
-          "InSt3=78 InEn1=77 InEn2=78 InEnExtra2=\"HardwareLine=9\" InEn3=79 Ex1=80 Ex2=81 "
-          "ExEx2=\"HardwareLine=9\" Ex3=82 ExEx3=\"CommandName=%22go%22\" AudEn1=500 AudEn2=500 "
+          " GUID=\"GUID %221\" AudFName=\"AudFName %221\" AudFType=7 OrigSource=\"OrigSource %221\" AudFLn=5 "
+          "AudFEx=1 ITitle=\"ITitle %221\" OtherInf=\"OtherInf %221\" AName1=\"AName %221\" AName2=\"AName "
+          "%222\" AName3=\"AName %223\" IDesc1=\"IDesc %221\" IDesc2=\"IDesc %222\" IDesc3=\"IDesc %223\" "
+          "Year=13 NoLstPly=3 LstPly1=45000.25 LstPly3=45001 LstPlyRef1=7 LstPlyRef3=8b c PlayVol=11 "
+          "TSRatio=12 StNotes=\"StNotes %221\" StNotesFName=\"StNotesFName %221\" WNotes=\"WNotes %221\" "
+          "DNotes=\"DNotes %221\" URL=\"URL %221\" OStRef=\"OStRef %221\" CField1=\"CField %221\" "
+          "CField2=\"CField %222\" CField3=\"CField %223\" EnType=20 RManRef=\"RManRef %221\" "
+          "PTitle=\"PTitle "
+          "%221\" MTitle=\"MTitle %221\" RecLabel=\"RecLabel %221\" RecNo=\"RecNo %221\" ISRC=\"ISRC %221\" "
+          "Composer=\"Composer %221\" Performer=\"Performer %221\" Publisher=\"Publisher %221\" "
+          "CCode=\"CCode "
+          "%221\" CTDur=31 CMDur=32 CrDt=33 CrTm=34 LastModDt=35 LastModTm=36 AirStDt=39 AirStTm=40 "
+          "AirEnDt=41 "
+          "AirEnTm=42 KillDt=2024-02-29 NoPics=44 PicFName=cover front.png ContTypInf=\"ContTypInf %221\" "
+          "ContTypNo=47 TypInf=\"TypInf %221\" TypNo=51 CatInf=\"CatInf %221\" CatNo=49 CodHis=\"CodHis "
+          "%221\" "
+          "Client=\"Client %221\" OutCue=\"OutCue %221\" Ver=55 CutID=\"CutID %221\" Org=\"Org %221\" "
+          "OrgRef=\"OrgRef %221\" OrgDT=59 OrgTM=60 ProdAppName=\"ProdAppName %221\" ProdAppVer=\"ProdAppVer "
+          "%221\" AudSt1=74 AudSt2=75 AudStEx2=\"HardwareLine=9\" AudSt3=76 InSt1=76 InSt2=77 "
+          "InStEx2=\"HardwareLine=9\" InSt3=78 InEn1=77 InEn2=78 InEnExtra2=\"HardwareLine=9\" InEn3=79 "
+          "Ex1=80 "
+          "Ex2=81 ExEx2=\"HardwareLine=9\" Ex3=82 ExEx3=\"CommandName=%22go%22\" AudEn1=500 AudEn2=500 "
           "AudEnEx2=\"HardwareLine=9\" AudEn3=500 HKSt1=78 HKEn1=79 HKSt2=79 HKEn2=80 "
           "HKStEx2=\"HardwareLine=9\" HKEnEx2=\"HardwareLine=9\" HKSt3=80 HKEn3=81 LPSt=63 LPEn=64 "
           "LPNoLoops=65 LPPToEn=1 TotLn=500 SchLn=70 BKCol=67 TXCol=68");
@@ -107,13 +107,9 @@ TEST(ItemTextWriting, GroupsThatAreNotAvailableAreNotWritten) {
 }
 
 TEST(ItemTextWriting, ConditionsOfSingleFields) {
-  struct Case {
-    const char* field;
-    const char* value;
-    const char* key;
-    const char* written;
-  };
-  const Case cases[] = {
+  const struct {
+    const char *field, *value, *key, *written;
+  } cases[] = {
       {"HookStart", "5", "HKSt1", ""},  // without an end there is no hook
       {"HookEnd2", "5", "HKSt2", "0"},
       {"LoopStart", "0", "LPSt", ""},
@@ -128,7 +124,7 @@ TEST(ItemTextWriting, ConditionsOfSingleFields) {
       {"ItemTitle", " ", "ITitle", " "},
       {"InfoAvailable", "0", "InfAvail", ""},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     cHDItem item;
     ASSERT_EQ(SetFieldText(item, c.field, c.value), sfrSet) << c.field;
     const std::string text = item.Serialisation();
