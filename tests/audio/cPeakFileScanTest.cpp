@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <array>
+
 #include "PeakFileFixture.h"
 #include "kits/sound/cAudioFile.h"
 
@@ -41,21 +43,16 @@ TEST_F(PeakFileScanTest, WritesEveryByteOfTheFile) {
 }
 
 TEST_F(PeakFileScanTest, PointsPerLengthAndChannels) {
-  struct Row {
-    std::size_t frames;
-    std::uint32_t channels;
-    std::size_t points, values;
-  };
-  const Row rows[] = {{1, 1, 1, 1}, {500, 2, 1, 2}, {501, 1, 2, 2}, {1001, 3, 3, 6}};
-  for (const Row& row : rows) {
-    auto samples = Ramp16(row.frames, row.channels);
+  for (const auto& [frames, channels, points] :
+       {std::array{1u, 1u, 1u}, {500, 2, 1}, {501, 1, 2}, {1001, 3, 3}}) {
+    auto samples = Ramp16(frames, channels);
     for (auto& sample : samples) sample = static_cast<std::int16_t>(-sample);
-    ASSERT_EQ(m_peaks.ScanAudioFile(MakeAudio(samples, row.channels), "", true), pfeOK);
+    ASSERT_EQ(m_peaks.ScanAudioFile(MakeAudio(samples, channels), "", true), pfeOK);
     const qmPeakFileHeader header = m_peaks.Header();
-    EXPECT_EQ(header.NumberPeakSamples, row.points) << row.frames;
-    EXPECT_EQ(std::filesystem::file_size(PeakPath()), 256 + 2 * row.values) << row.frames;
-    EXPECT_EQ(header.MaxLeftLevel, (row.points - 1) * 500) << row.frames;
-    EXPECT_EQ(header.MaxRightLevel, row.channels == 1 ? 0 : (row.points - 1) * 500 + 1000) << row.frames;
+    EXPECT_EQ(header.NumberPeakSamples, points) << frames;
+    EXPECT_EQ(std::filesystem::file_size(PeakPath()), 256 + 2 * points * std::min(channels, 2u)) << frames;
+    EXPECT_EQ(header.MaxLeftLevel, (points - 1) * 500) << frames;
+    EXPECT_EQ(header.MaxRightLevel, channels == 1 ? 0 : (points - 1) * 500 + 1000) << frames;
   }
 }
 
@@ -131,12 +128,11 @@ TEST_F(PeakFileScanTest, RefusalsRaiseNoEventsAndLeaveNothing) {
   const std::string audio = MakeAudio(Ramp16(1200), 1);
   WriteBytes(m_temp.File("text.wav"), "no audio");
   std::filesystem::create_directories(m_temp.File("folder.ppk"));
-  struct Row {
+  const struct {
     std::string audio, peaks;
     enPeakFileErr result;
     const char *brief, *user;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"", "", pfeInvalidAudioFile, "The Audio file was invalid", "The audio file was not valid"},
       // Where the folder cannot be made, the last error stays.
       {audio, audio + "/x.ppk", pfeOpenDestFileFail, "The Audio file was invalid",
@@ -146,7 +142,7 @@ TEST_F(PeakFileScanTest, RefusalsRaiseNoEventsAndLeaveNothing) {
       {audio, m_temp.File("folder.ppk"), pfeOpenDestFileFail, "The destination file could not be created",
        "The waveform peak file could not be opened"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     EXPECT_EQ(m_peaks.ScanAudioFile(row.audio, row.peaks, true), row.result) << row.audio << row.peaks;
     EXPECT_EQ(m_peaks.GetLastErrorDescription(), row.brief);
     EXPECT_EQ(m_peaks.LastErrorDescription(), row.user);
