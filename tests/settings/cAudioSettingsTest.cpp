@@ -96,11 +96,10 @@ TEST_F(Profiles, ReadEveryKeyIntoItsMemberAndWriteItBack) {
 }
 
 TEST_F(Profiles, OlderNamesGiveTheDefaultsOfTheNewOnes) {
-  struct Case {
+  const struct {
     const char *older, *value, *key, *stored;  // stored: nullptr leaves the newer key out
     double expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"OnlyAllowEjectStoppedCarts", "1", "OnlyAllowEjectStoppedItems", nullptr, sopEnabled},
       {"OnlyAllowEjectStoppedCarts", "1", "OnlyAllowEjectStoppedItems", "0", sopDisabled},
       {"InstantPlayerNumber", "4", "FirstInstantPlayer", "2", 2},
@@ -110,8 +109,9 @@ TEST_F(Profiles, OlderNamesGiveTheDefaultsOfTheNewOnes) {
       {"VellanStreamUseLargeBuffers", "1", "VellanStreamBufferSize", "1", vsbsExtended},
       {"GeneralVolume", "60", "DuckAudioVolume", nullptr, 50},
       {"GeneralVolume", "4", "DuckAudioVolume", nullptr, 0},
+      {"GeneralVolume", "85", "SweptVolume", "30", 85},  // ducking makes it the general one
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     Store("Players", c.older, c.value);
     if (c.stored) Store("Players", c.key, c.stored);
     const auto settings = Settings({});
@@ -123,21 +123,12 @@ TEST_F(Profiles, OlderNamesGiveTheDefaultsOfTheNewOnes) {
   }
 }
 
-TEST_F(Profiles, DuckingMakesTheSweptVolumeTheGeneralOne) {
-  Store("Players", "SweptVolume", "30");
-  Store("Players", "GeneralVolume", "85");
-  const auto settings = Settings({});
-  settings->LoadProfile("");
-  EXPECT_EQ(settings->SweptAudioVolume(), 85);
-  settings->SaveProfile("");
-  EXPECT_EQ(registry->Read(Path("Players"), "SweptVolume"), std::nullopt);
-}
-
 TEST_F(Profiles, OddContentsAreTakenAsFarAsTheyGo) {
-  Store("Players", "GeneralVolume", "loud");
-  Store("Players", "FadeDuration", "1e300");
-  Store("Players", "NumberPlayers", "99999");
-  Store("Players", "AdvertVolume", "-99999");
+  for (const auto& [key, value] : {std::pair{"GeneralVolume", "loud"},
+                                   {"FadeDuration", "1e300"},
+                                   {"NumberPlayers", "99999"},
+                                   {"AdvertVolume", "-99999"}})
+    Store("Players", key, value);
   Store("AudioFormat", "AllowOtherFormat", "1");
   const auto settings = Settings({"Built-in"});
   settings->AudioFormat()->SetSampleRate(32000);
@@ -151,43 +142,30 @@ TEST_F(Profiles, OddContentsAreTakenAsFarAsTheyGo) {
   EXPECT_FALSE(settings->AudioAllowOtherFormat());
 }
 
-TEST_F(SettingsTest, PlayersKeepTheirContentsWhenResized) {
+TEST_F(SettingsTest, PlayersKeepTheirContentsWhenResizedAndBadIndicesAreIgnored) {
   const auto settings = Settings({});
   settings->SetMaxPlayers(4);
   settings->SetNumberPlayers(9);
   EXPECT_EQ(settings->NumberPlayers(), 4);
-  for (std::int32_t player = 1; player <= 4; ++player) {
+  for (const std::int32_t player : {-1, 0, 1, 2, 3, 4, 5, 17}) {
     settings->SetPlayerSoundDevice(player, 10 + player);
     settings->SetPlayerVisible(player, false);
+    settings->SetPlayerCaption(player, "News");
   }
-  settings->SetPlayerCaption(2, "News");
   settings->SetMaxPlayers(3);
   settings->SetMaxPlayers(6);
   EXPECT_EQ(settings->NumberPlayers(), 3);
-  EXPECT_EQ(settings->PlayerSoundDevice(3), 13);
-  EXPECT_EQ(settings->PlayerSoundDevice(4), 0);
-  EXPECT_EQ(settings->PlayerCaption(2), "News");
-  EXPECT_FALSE(settings->PlayerVisible(2));
-  EXPECT_TRUE(settings->PlayerVisible(6));
-}
-
-TEST_F(SettingsTest, CountsVisiblePlayersAndIgnoresBadIndices) {
-  const auto settings = Settings({});
-  settings->SetNumberPlayers(3);
-  settings->SetPlayerVisible(1, false);
-  settings->SetPlayerVisible(3, false);
+  for (const std::int32_t player : {-1, 0, 1, 2, 3, 4, 6, 7, 17}) {
+    const bool kept = player >= 1 && player <= 3, fresh = player >= 4 && player <= 6;
+    EXPECT_EQ(settings->PlayerSoundDevice(player), kept ? 10 + player : 0);
+    EXPECT_EQ(settings->PlayerCaption(player), kept ? "News" : "");
+    EXPECT_EQ(settings->PlayerVisible(player), fresh) << player;
+  }
+  settings->SetPlayerVisible(2, true);
   settings->SetPlayerVisibleTemp(3, true);
   settings->SetPlayerVisibleTemp(2, true);
   EXPECT_EQ(settings->NumberVisiblePlayers(false), 1);
   EXPECT_EQ(settings->NumberVisiblePlayers(true), 2);
-  for (const std::int32_t index : {0, -1, 17}) {
-    settings->SetPlayerCaption(index, "x");
-    settings->SetPlayerVisible(index, true);
-    settings->SetPlayerSoundDevice(index, 5);
-    EXPECT_EQ(settings->PlayerCaption(index), "");
-    EXPECT_FALSE(settings->PlayerVisible(index));
-    EXPECT_EQ(settings->PlayerSoundDevice(index), 0);
-  }
 }
 
 TEST_F(SettingsTest, TheAudioEditorIsTheFirstOneInstalled) {
@@ -195,23 +173,20 @@ TEST_F(SettingsTest, TheAudioEditorIsTheFirstOneInstalled) {
   const auto settings = Settings({});
   EXPECT_EQ(settings->FindAudioEditor(), "");
   const std::string root = folder.Path(), makers = "Software\\Syntrillium\\";
-  struct Case {
-    std::string path, value, place, program;
-  };
   // From the last choice to the first: each newcomer is preferred to those before it.
-  const Case cases[] = {
-      {makers + "CE96\\MAINDIR", "", root + "/96", root + "/96/COOL96.EXE"},
-      {makers + "CE2000", "MAINDIR", root + "/2000", root + "/2000/COOL2000.EXE"},
-      {makers + "CEPro", "MAINDIR", root + "/pro", root + "/pro/COOLPRO.EXE"},
-      {"Software\\Adobe\\Audition\\3.0", "ApplicationPath", root + "\\au\\au.exe", root + "/au/au.exe"},
-      {"SOFTWARE\\Microsoft\\Windows\\CurrentVersion", "ProgramFilesDir", root + "/programs",
-       root + "/programs/Quillmere/VellanEdit v1/VellanEdit.exe"},
+  const std::tuple<std::string, const char*, std::string, std::string> cases[] = {
+      {makers + "CE96\\MAINDIR", "", "/96", "/96/COOL96.EXE"},
+      {makers + "CE2000", "MAINDIR", "/2000", "/2000/COOL2000.EXE"},
+      {makers + "CEPro", "MAINDIR", "/pro", "/pro/COOLPRO.EXE"},
+      {"Software\\Adobe\\Audition\\3.0", "ApplicationPath", "\\au\\au.exe", "/au/au.exe"},
+      {"SOFTWARE\\Microsoft\\Windows\\CurrentVersion", "ProgramFilesDir", "/programs",
+       "/programs/Quillmere/VellanEdit v1/VellanEdit.exe"},
   };
-  for (const Case& c : cases) {
-    registry->Write(c.path, c.value, c.place);
-    MakeFolder(FolderOf(c.program));
-    WriteBytes(c.program, "program");
-    EXPECT_EQ(settings->FindAudioEditor(), c.program);
+  for (const auto& [path, value, place, program] : cases) {
+    registry->Write(path, value, root + place);
+    MakeFolder(FolderOf(root + program));
+    WriteBytes(root + program, "program");
+    EXPECT_EQ(settings->FindAudioEditor(), root + program);
   }
 }
 
