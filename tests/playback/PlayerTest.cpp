@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "item/cHDItems.h"
 #include "kits/common/TagText.h"
 #include "playback/PoolRig.h"
@@ -17,20 +19,24 @@ struct PlayerFacade : ::testing::Test {
   std::string logs;  // text of the record that stands at each peClosing
 
   void SetUp() override {
-    player.events.PlayerEvent.connect(
-        [this](std::int32_t event, std::string&, float&, float&, std::string&, std::string&) {
-          if (event == peClosing) logs += player.PreviousItemPlayLog()->Serialisation(plsoBasic) + "\n";
-        });
+    player.events.PlayerEvent.connect([this](std::int32_t event, auto&&...) {
+      if (event == peClosing) logs += player.PreviousItemPlayLog()->Serialisation(plsoBasic) + "\n";
+    });
   }
   void AddToList(const char* name) { ASSERT_TRUE(player.ListAddItem(MakeItem(name), hlitFull)); }
 };
 
 TEST_F(PlayerFacade, TheListTakesTheTransportOver) {
-  EXPECT_FALSE(player.ListMode());
   EXPECT_FALSE(player.ListRemoveItem(1)) << "no list yet";
+  EXPECT_FALSE(player.ListAddList(nullptr));
+  EXPECT_FALSE(player.ListAddList(std::make_shared<cHDItems>()));
+  EXPECT_FALSE(player.ListMode());
   AddToList("a");
-  AddToList("b");
-  EXPECT_TRUE(player.ListMode());
+  auto items = std::make_shared<cHDItems>();
+  items->AddItem(MakeItem("b"));
+  EXPECT_TRUE(player.ListAddList(items));
+  EXPECT_FALSE(player.ListAddList(nullptr));
+  EXPECT_TRUE(player.ListMode()) << "what is there stays";
   ASSERT_TRUE(player.CueItem(MakeItem("ignored")));
   EXPECT_EQ(player.HDReference(), "List");
   EXPECT_EQ(player.BasePlayer()->Status(), psClosed);
@@ -49,18 +55,6 @@ TEST_F(PlayerFacade, TheListTakesTheTransportOver) {
   ASSERT_TRUE(player.PlayItem(MakeItem("c")));
   player.CloseItem();
   EXPECT_EQ(player.PreviousHDItem()->Reference(), "c");
-}
-
-TEST_F(PlayerFacade, AListThatFailsDoesNotTakeOver) {
-  EXPECT_FALSE(player.ListAddList(nullptr));
-  EXPECT_FALSE(player.ListAddList(std::make_shared<cHDItems>()));
-  EXPECT_FALSE(player.ListMode());
-  auto items = std::make_shared<cHDItems>();
-  items->AddItem(MakeItem("a"));
-  EXPECT_TRUE(player.ListAddList(items));
-  EXPECT_TRUE(player.ListMode());
-  EXPECT_FALSE(player.ListAddList(nullptr));
-  EXPECT_TRUE(player.ListMode()) << "what is there stays";
 }
 
 TEST_F(PlayerFacade, EachCloseLeavesARecord) {
@@ -87,14 +81,11 @@ TEST_F(PlayerFacade, EachCloseLeavesARecord) {
 TEST_F(PlayerFacade, IsAskedForWhatItHolds) {
   ASSERT_TRUE(player.CueItem(MakeItem("Abc")));
   player.SetLogReference(5);
-  struct {
-    const char* reference;
-    double log;
-    bool same;
-  } const rows[] = {{"aBC", -1, true}, {" abc ", 0, true}, {"abc", 5, true}, {"abc", 6, false},
-                    {"", 5, true},     {" ", -1, false},   {"", 0, false},   {"other", 5, false}};
-  for (const auto& row : rows)
-    EXPECT_EQ(player.IsSameHDReference(row.reference, row.log), row.same) << row.reference << " " << row.log;
+  const std::tuple<const char*, double, bool> rows[] = {
+      {"aBC", -1, true}, {" abc ", 0, true}, {"abc", 5, true}, {"abc", 6, false},
+      {"", 5, true},     {" ", -1, false},   {"", 0, false},   {"other", 5, false}};
+  for (const auto& [reference, log, same] : rows)
+    EXPECT_EQ(player.IsSameHDReference(reference, log), same) << reference << " " << log;
   player.CloseItem();
   EXPECT_FALSE(player.IsSameHDReference("abc"));
 }
@@ -120,16 +111,11 @@ TEST(PlayLog, ItsTextHoldsWhatSaysSomething) {
   log.SetHardwareState("0000");
   EXPECT_EQ(log.Serialisation(plsoIncludeHardware), "");
   item->SetReference("A 1");
-  log.SetStartDate(45250);
-  log.SetStartTime(3600);
-  log.SetDuration(1.5f);
+  log.SetStartDate(45250), log.SetStartTime(3600), log.SetDuration(1.5f);
   log.SetLoginName("Jo \"J\"");
-  log.SetComputerID(-3);
-  log.SetPlayerNumber(4);
-  log.SetSchedulerReference("S");
-  log.SetLogReference(45250.25);
-  log.SetHardwareState("010");
-  log.SetOnAirReference("O");
+  log.SetComputerID(-3), log.SetPlayerNumber(4);
+  log.SetSchedulerReference("S"), log.SetLogReference(45250.25);
+  log.SetHardwareState("010"), log.SetOnAirReference("O");
   log.Setflags(plfOnAir | plfHookMode);
   const std::string basic = "HDRef=\"A 1\" StDt=2023-11-20T01:00:00 Dur=1.5 Flags=8193 CompID=-3 Player=4 ";
   const std::string rest = "Login=\"Jo %22J%22\" LogRef=45250.25 OnAirRef=\"O\" SchRef=\"S\"";
