@@ -1,3 +1,5 @@
+#include <sstream>
+
 #include "audio/TraceFixture.h"
 #include "item/cHDItems.h"
 #include "playback/PoolRig.h"
@@ -13,11 +15,10 @@ struct PlaybackTrace : test::TraceFixture {
 
   // Without the lines of the players below.
   std::string TakeLines() {
-    std::string lines = TakeTrace(), rest;
-    for (std::size_t from = 0, end = 0; (end = lines.find('|', from)) != std::string::npos; from = end + 1) {
-      const std::string line(Trim(lines.substr(from, end - from)));
-      if (line.find("BasePlayer(") == std::string::npos) rest += line + "|";
-    }
+    std::string rest;
+    std::istringstream stream(TakeTrace());
+    for (std::string line; std::getline(stream, line, '|');)
+      if (line.find("BasePlayer(") == line.npos) rest += std::string(Trim(line)) + "|";
     return rest;
   }
 };
@@ -61,6 +62,20 @@ TEST_F(PlaybackTrace, EachStepOfThePoolAndItsPlayersIsTold) {
   SetDebugMode(0);
   list->CloseItems();
   EXPECT_FALSE(FolderExists(m_temp.File("debug"))) << "nothing is written when it is off";
+}
+
+TEST_F(PlaybackTrace, EachOperationOfTheTransportIsTold) {
+  test::PlayerRig one;
+  one.GoTo(psOpen);
+  one.veto = peQueryPause;
+  TakeTrace();
+  one.player->CueItem();
+  one.player->PauseItem();
+  const std::string text = TakeTrace();
+  std::size_t at = 0;
+  for (const char* line : {"Start BasePlayer(0).CueItem", "Finish BasePlayer(0).CueItem",
+                           "Start BasePlayer(0).PauseItem", "Exit : Cancelled"})
+    EXPECT_NE(at = text.find(line, at), std::string::npos) << line << " in " << text;
 }
 
 }  // namespace

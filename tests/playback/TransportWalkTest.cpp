@@ -2,6 +2,7 @@
 
 #include <map>
 #include <sstream>
+#include <tuple>
 
 #include "kits/common/Text.h"
 #include "playback/PlayerRig.h"
@@ -93,12 +94,8 @@ TEST(TransportWalk, EveryStatusTimesEveryOperation) {
 }
 
 TEST(TransportWalk, FailureOfTheControlIsAnsweredAndTakenBack) {
-  const struct {
-    enPlayerStatus from;
-    const char* failing;
-    const char* operation;
-    const char* outcome;
-  } rows[] = {
+  const std::tuple<enPlayerStatus, const char*, const char*, const char*> rows[] = {
+      // from, what the control fails at, operation, outcome
       {psClosed, "Open", "Open(a)", "false closed: QueryOpen(a) Opening Closed"},
       {psCued, "Open", "Open(b)", "false closed: QueryOpen(b) QueryClose(a) Closing Closed Opening Closed"},
       {psPlaying, "Cue", "Cue()", "false open: QueryCue(a)"},
@@ -113,11 +110,11 @@ TEST(TransportWalk, FailureOfTheControlIsAnsweredAndTakenBack) {
       {psCued, "Close", "Lock()", "false cued: QueryClose(a) Closing"},
       {psCued, "Close", "Open(b)", "false cued: QueryOpen(b) QueryClose(a) Closing"},
   };
-  for (const auto& row : rows) {
+  for (const auto& [from, failing, operation, outcome] : rows) {
     PlayerRig rig;
-    rig.GoTo(row.from);
-    rig.script->failing = {row.failing};
-    EXPECT_EQ(Outcome(rig, row.operation), row.outcome) << row.operation;
+    rig.GoTo(from);
+    rig.script->failing = {failing};
+    EXPECT_EQ(Outcome(rig, operation), outcome) << operation;
   }
 }
 
