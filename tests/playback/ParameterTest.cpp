@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
 
 #include "playback/PlayerRig.h"
 
@@ -16,12 +17,8 @@ std::string Marks(const cHDItem& item) {
 }
 
 TEST(Parameters, MarksMoveTheirNeighbours) {
-  const struct {
-    enChangeHDItemParam param;
-    float setting;
-    const char* marks;  // audio start, intro start and end, hook start and end, extro, audio end
-    const char* calls;
-  } rows[] = {
+  // Audio start, intro start and end, hook start and end, extro, audio end; what the control is told.
+  const std::tuple<enChangeHDItemParam, float, const char*, const char*> rows[] = {
       {hipAudioStart, 95, "95 95 95 20 30 95 100", "Mark(61@95) Mark(32@95) Mark(31@95) AudioStart(95)"},
       {hipAudioStart, -3, "0 1 10 20 30 90 100", "AudioStart(0)"},
       {hipIntroStart, 500, "0 100 100 20 30 100 100", "Mark(61@100) Mark(32@100) Mark(31@100)"},
@@ -33,25 +30,20 @@ TEST(Parameters, MarksMoveTheirNeighbours) {
       {hipAudioEnd, 8, "0 1 8 8 8 8 8", "Mark(32@8) Mark(61@8) AudioEnd(8)"},
       {hipAudioEnd, -1, "0 0 0 0 0 0 0", "RemoveMark(31) RemoveMark(32) RemoveMark(61) AudioEnd(0)"},
   };
-  for (const auto& row : rows) {
+  for (const auto& [param, setting, marks, calls] : rows) {
     PlayerRig rig;
     rig.GoTo(psCued);
-    EXPECT_TRUE(rig.player->ChangeHDItemParameter(row.param, row.setting));
-    EXPECT_EQ(Marks(*rig.a), row.marks) << row.param << "=" << row.setting;
-    EXPECT_EQ(rig.script->TakeCalls(), row.calls) << row.param << "=" << row.setting;
+    EXPECT_TRUE(rig.player->ChangeHDItemParameter(param, setting));
+    EXPECT_EQ(Marks(*rig.a), marks) << param << "=" << setting;
+    EXPECT_EQ(rig.script->TakeCalls(), calls) << param << "=" << setting;
     EXPECT_EQ(rig.player->Section(), rig.a->AudioEnd(1) > 0 ? epsPreIntro : epsEmpty);
     EXPECT_TRUE(rig.heard.find("PositionChanged") != std::string::npos) << rig.heard;
   }
 }
 
 TEST(Parameters, LoopAnswersFalseWhateverItDoes) {
-  const struct {
-    float start, end;  // before
-    enChangeHDItemParam param;
-    float setting;
-    const char* loop;  // start, end and passes
-    const char* calls;
-  } rows[] = {
+  // Start and end before; then start, end and passes.
+  const std::tuple<float, float, enChangeHDItemParam, float, const char*, const char*> rows[] = {
       {-1, -1, hipLoopStart, 10, "10 10.5 3", "LoopStart(10) LoopEnd(10.5) UseLoop(1) UseLoop(1)"},
       {5, 50, hipLoopStart, 2, "4.5 50 3", "LoopStart(4.5) UseLoop(1)"},
       {5, 50, hipLoopStart, 0, "0 0 3", "UseLoop(0) LoopStart(0) LoopEnd(0)"},
@@ -62,19 +54,17 @@ TEST(Parameters, LoopAnswersFalseWhateverItDoes) {
       {-1, 50, hipLoopNumberLoops, 9, "-1 50 0", "UseLoop(0) LoopCount(0)"},
       {5, 50, hipLoopPlayToEnd, -1, "5 50 3", ""},
   };
-  for (const auto& row : rows) {
+  for (const auto& [start, end, param, setting, loop, calls] : rows) {
     PlayerRig rig;
     rig.GoTo(psCued);
-    rig.a->SetLoopStart(row.start);
-    rig.a->SetLoopEnd(row.end);
-    rig.a->SetLoopNumberLoops(3);
-    EXPECT_FALSE(rig.player->ChangeHDItemParameter(row.param, row.setting));
-    EXPECT_EQ(rig.script->TakeCalls(), row.calls) << row.param << "=" << row.setting;
-    EXPECT_EQ(NumberText(rig.a->LoopStart()) + " " + NumberText(rig.a->LoopEnd()) + " " +
-                  NumberText(rig.a->LoopNumberLoops()),
-              row.loop)
-        << row.param << "=" << row.setting;
-    EXPECT_EQ(rig.a->LoopPlayToEnd(), row.param == hipLoopPlayToEnd);
+    rig.a->SetLoopStart(start), rig.a->SetLoopEnd(end), rig.a->SetLoopNumberLoops(3);
+    EXPECT_FALSE(rig.player->ChangeHDItemParameter(param, setting));
+    EXPECT_EQ(rig.script->TakeCalls(), calls) << param << "=" << setting;
+    std::string after = NumberText(rig.a->LoopStart());
+    AddWord(after, NumberText(rig.a->LoopEnd()));
+    AddWord(after, NumberText(rig.a->LoopNumberLoops()));
+    EXPECT_EQ(after, loop) << param << "=" << setting;
+    EXPECT_EQ(rig.a->LoopPlayToEnd(), param == hipLoopPlayToEnd);
     EXPECT_EQ(rig.TakeHeard(), "");
   }
 }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <tuple>
 
 #include "playback/PlayerRig.h"
 
@@ -25,8 +26,7 @@ class WildWalk {
   void Step() {
     for (auto& rig : m_rigs) {
       if (!rig->player || !rig->script->control) Renew(rig);
-      rig->script->failing.clear();
-      rig->script->warning.clear();
+      rig->script->failing.clear(), rig->script->warning.clear();
       if (Chance(6)) (Chance(4) ? rig->script->warning : rig->script->failing).insert(AnyOf(kControlCalls));
       rig->veto = Chance(8) ? AnyOf(kQueries) : 0;
       rig->heard.clear();
@@ -41,8 +41,7 @@ class WildWalk {
     for (auto& rig : m_rigs) {
       if (!rig->player || !rig->script->control) Renew(rig);
       rig->veto = 0;
-      rig->script->failing.clear();
-      rig->script->warning.clear();
+      rig->script->failing.clear(), rig->script->warning.clear();
       rig->player->RemoveSweeperPlayerLink(false);
       if (rig->player->Status() == psLocked) rig->player->UnLockPlayer();
       const auto fresh = MakeItem("fresh");
@@ -75,12 +74,9 @@ class WildWalk {
     if (!rig.player) return;
     EXPECT_NE(rig.script->control, nullptr) << "said behind a termination: " << rig.heard;
     const enPlayerStatus status = rig.player->Status();
-    if (event == pePlaying || event == pePaused || event == peClosed || event == peLocked) {
-      EXPECT_EQ(status, event) << rig.heard;  // these events and their statuses have the same numbers
-    }
-    if (event == peClosed) {
-      EXPECT_EQ(rig.player->HDItem(), nullptr) << rig.heard;
-    }
+    const bool telling = event == pePlaying || event == pePaused || event == peClosed || event == peLocked;
+    EXPECT_TRUE(!telling || status == event) << rig.heard;  // the same numbers
+    EXPECT_TRUE(event != peClosed || !rig.player->HDItem()) << rig.heard;
     if (m_quiet || m_depth >= 4 || !Chance(3)) return;
     ++m_reentries;
     ++m_depth;
@@ -145,12 +141,9 @@ class WildWalk {
     }
     const enPlayerStatus status = rig.player->Status();
     const bool open = status != psClosed && status != psLocked;
-    if (open || m_unlocking == UnLocking::No) {
-      EXPECT_EQ(rig.player->HDItem() != nullptr, open) << rig.heard;
-    }
-    if (rig.script->control == nullptr) {
-      EXPECT_EQ(rig.player->HDItem(), nullptr) << rig.heard;
-    }
+    EXPECT_TRUE(!open || rig.player->HDItem()) << rig.heard;
+    EXPECT_TRUE(open || m_unlocking == UnLocking::Yes || !rig.player->HDItem()) << rig.heard;
+    EXPECT_TRUE(rig.script->control || !rig.player->HDItem()) << rig.heard;
   }
 
   std::mt19937 m_random;
@@ -174,13 +167,8 @@ TEST(Reentrancy, AnyListenerMayCallAnything) {
 
 // One listener, one answer, the first time an event is heard.
 TEST(Reentrancy, AnOperationEndsWhenItsItemIsGone) {
-  const struct {
-    enPlayerStatus from;
-    std::int32_t at;
-    const char* answer;
-    const char* operation;
-    const char* outcome;
-  } rows[] = {
+  const std::tuple<enPlayerStatus, std::int32_t, const char*, const char*, const char*> rows[] = {
+      // from, event, what the listener does then, operation, outcome
       {psOpen, peQueryCue, "Close()", "Cue()", "false closed: QueryCue(a) QueryClose(a) Closing Closed"},
       {psOpen, peQueryOpen, "Open(b)", "Open(b)",
        "false open: QueryOpen(b) QueryOpen(b) QueryClose(a) Closing Closed Opening Opened"},
@@ -203,22 +191,20 @@ TEST(Reentrancy, AnOperationEndsWhenItsItemIsGone) {
        "false open: QueryClose(a) Closing Closed QueryOpen(b) Opening Opened"},
       {psOpen, peQueryClose, "UnLock()", "Close()", "true closed: QueryClose(a) UnLocked"},
   };
-  for (const auto& row : rows) {
+  for (const auto& [from, at, answer, operation, outcome] : rows) {
     PlayerRig rig;
-    rig.GoTo(row.from);
-    if (row.at == peVolumeChanged) rig.player->SetPlayVolume(50);
+    rig.GoTo(from);
+    if (at == peVolumeChanged) rig.player->SetPlayVolume(50);
     rig.TakeHeard();
-    if (row.at == peError) rig.script->failing = {"Seek"};
-    if (row.at == peError) rig.script->warning = {"Play"};
+    if (at == peError) rig.script->failing = {"Seek"}, rig.script->warning = {"Play"};
     rig.script->tellErrors = true;
     bool answered = false;
-    rig.onEvent = [&](std::int32_t event) {
-      if (event != row.at || std::exchange(answered, true)) return;
-      rig.script->failing.clear();
-      rig.script->warning.clear();
-      RunNamed(rig, row.answer);
+    rig.onEvent = [&, at = at, answer = answer](std::int32_t event) {
+      if (event != at || std::exchange(answered, true)) return;
+      rig.script->failing.clear(), rig.script->warning.clear();
+      RunNamed(rig, answer);
     };
-    EXPECT_EQ(Outcome(rig, row.operation), row.outcome) << row.operation << " with " << row.answer;
+    EXPECT_EQ(Outcome(rig, operation), outcome) << operation << " with " << answer;
   }
 }
 

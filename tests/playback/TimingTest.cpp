@@ -1,17 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "playback/PlayerRig.h"
 
 namespace qm::test {
 namespace {
 
 TEST(Timing, PositionMovesSectionAndClocks) {
-  const struct {
-    float position;
-    enPlayerSection section;
-    float extro;    // SecondsRemainingExtro
-    float percent;  // PercentagePlayed
-  } rows[] = {
+  // SecondsRemainingExtro and PercentagePlayed at a position.
+  const std::tuple<float, enPlayerSection, float, float> rows[] = {
       {0, epsPreIntro, 90, 0},
       {0.5f, epsPreIntro, 89.5f, 0.5555556f},
       {1, epsDuringIntro, 89, 1.1111112f},
@@ -21,14 +19,14 @@ TEST(Timing, PositionMovesSectionAndClocks) {
   };
   PlayerRig rig;
   rig.GoTo(psPlaying);
-  for (const auto& row : rows) {
-    rig.PlayTo(row.position);
-    EXPECT_EQ(rig.player->Section(), row.section) << row.position;
-    EXPECT_EQ(rig.player->SecondsPlayed(), row.position);
-    EXPECT_EQ(rig.player->SecondsRemaining(), 100 - row.position);
-    EXPECT_EQ(rig.player->SecondsRemainingExtro(), row.extro) << row.position;
-    EXPECT_FLOAT_EQ(rig.player->PercentagePlayed(), row.percent) << row.position;
-    EXPECT_FLOAT_EQ(rig.player->TotalPercentagePlayed(), row.position);
+  for (const auto& [position, section, extro, percent] : rows) {
+    rig.PlayTo(position);
+    EXPECT_EQ(rig.player->Section(), section) << position;
+    EXPECT_EQ(rig.player->SecondsPlayed(), position);
+    EXPECT_EQ(rig.player->SecondsRemaining(), 100 - position);
+    EXPECT_EQ(rig.player->SecondsRemainingExtro(), extro) << position;
+    EXPECT_FLOAT_EQ(rig.player->PercentagePlayed(), percent) << position;
+    EXPECT_FLOAT_EQ(rig.player->TotalPercentagePlayed(), position);
   }
   rig.a->SetAudioStart(1, 100);
   EXPECT_EQ(rig.player->TotalPercentagePlayed(), 0);  // no way to go is no fault
@@ -73,8 +71,8 @@ TEST(Timing, NotificationsBecomeEvents) {
   rig.player->events.LevelChanged.connect([&](std::int16_t left, std::int16_t right) {
     levels = rig.heard + std::to_string(left) + std::to_string(right);
   });
-  rig.player->events.PlayerEvent.connect([&](std::int32_t, std::string&, float&, float&, std::string& text,
-                                             std::string&) { errorText += text; });
+  rig.player->events.PlayerEvent.connect(
+      [&](std::int32_t, std::string&, float&, float&, std::string& text, auto&&...) { errorText += text; });
   auto& control = rig.Control();
   control.Level(-7, 32767);
   EXPECT_EQ(levels, "-732767");  // before the event of the same
