@@ -9,7 +9,7 @@
 #include "item/cHDItem.h"
 #include "item/cHDItemMark.h"
 #include "kits/sound/Platform.h"
-#include "kits/sound/cAudioFile.h"
+#include "kits/sound/cAudioFormat.h"
 
 namespace qm {
 namespace {
@@ -38,9 +38,6 @@ TEST_F(ItemFiles, KeepAudioAndPeakFile) {
   EXPECT_TRUE(after.substr(8, before.size() - 8) == before.substr(8));
   EXPECT_EQ(m_item.AudioFileLength(), static_cast<std::int32_t>(after.size()));
   EXPECT_TRUE(peaks.CheckPeakFileValid(m_path));
-  cAudioFile audio;
-  ASSERT_EQ(audio.OpenForRead(m_path), 0);
-  EXPECT_EQ(audio.NumberSamples(), 22050);
   cHDItem back;
   ASSERT_TRUE(back.LoadFromFile(m_path));
   EXPECT_EQ(back.ItemTitle(), "Noise");
@@ -97,9 +94,8 @@ TEST_F(ItemFiles, KeepMarkersBesideTheAudio) {
   ASSERT_EQ(name, m_temp.File("x.wav.pmk"));
   const std::string bytes = ReadBytes(name);
   ASSERT_EQ(bytes.size(), 4 * 256u);
-  EXPECT_EQ(bytes.substr(0, 8), "M\xE4rk 0xx");
-  EXPECT_EQ(bytes.substr(128, 16), LittleEndian(0xFFFFFFFB, 4) + LittleEndian(0xFFFFFFFF, 4) +
-                                       LittleEndian(11, 4) + LittleEndian(3, 4));
+  EXPECT_EQ(bytes.substr(0, 144), "M\xE4rk 0" + std::string(122, 'x') +
+                                      std::string("\xFB\xFF\xFF\xFF\xFF\xFF\xFF\xFF\x0B\0\0\0\3\0\0\0", 16));
   std::ofstream(name, std::ios::app) << "half a record";
   cHDItem back;
   back.AddMarker(std::make_shared<cHDItemMark>());
@@ -113,8 +109,7 @@ TEST_F(ItemFiles, KeepMarkersBesideTheAudio) {
   }
   back.ClearMarkers();
   EXPECT_FALSE(back.SaveMarkersToFile(name));
-  EXPECT_FALSE(std::filesystem::exists(name));
-  EXPECT_FALSE(m_item.LoadMarkersFromFile(name));
+  EXPECT_FALSE(std::filesystem::exists(name) || m_item.LoadMarkersFromFile(name));
   EXPECT_EQ(m_item.NumberMarkers(), 4);
 }
 

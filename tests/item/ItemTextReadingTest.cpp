@@ -3,9 +3,8 @@
 #include <random>
 #include <set>
 
-#include "item/ItemFieldAccess.h"
+#include "FieldFixture.h"
 #include "item/ItemFields.h"
-#include "item/cHDItem.h"
 #include "item/cHDItemTimeExtra.h"
 
 namespace qm {
@@ -15,102 +14,72 @@ using ::testing::ElementsAre;
 
 const std::string kShort = "SerVer=3.005011 ";
 
-struct Pairs {
+struct Reading {
   const char* text;
-  const char* field;
-  const char* value;
+  const char* fields;  // what it gives
   float lengthBefore = 20;
 };
 
-const Pairs kShortPairs[] = {
-    {"ITitle=\"a = b %22c%22\"", "ItemTitle", "a = b \"c\""},
-    {"Year=1999x", "Year", "1999"},
-    {"Ver=99999", "Version", "32767"},
-    {"AudFEx=-1", "AudioFileExists", "1"},
-    {"LPPToEn=2", "LoopPlayToEnd", "1"},
-    {"PicFName=a%22b.png", "PictureFileName", "a%22b.png"},
-    {"PicFName=cover front.png", "PictureFileName", "cover"},
-    {"DNotes=\"lost\"", "DABNotes", ""},
-    {"DABNotes=\"read\"", "DABNotes", "read"},
-    {"KillDt=2024-02-29", "KillDate", "45351"},
-    {"ContTyp=\"old\" ContTypInf=\"new\"", "ContentTypeInfo", "new"},
-    {"", "ContentTypeNumber", "0"},
-    {"BKCol=255", "BackColour", "-2147483633"},
-    {"BKCol=255 ITitle=\"the BackColour\"", "BackColour", "255"},
-    {"TXCol=255 TextColour", "TextColour", "255"},
-    {"TextColour=7", "TextColour", "0"},
-    {"InfAvail=17", "InfoAvailable", "17"},
-    {"", "InfoAvailable", "3"},
-    {"AudSt1=1 AudStEx2=\"HardwareLine=3\"", "AudioStart", "0"},
-    {"AudSt1=1 AudStEx1=\"2.5 HardwareLine=3\"", "AudioStart", "2.5"},
-    {"AudSt1=1 ITitle=\"AudStEx\"", "AudioStart", "0"},
-    {"InSt2=5 InEn2=4", "IntroStart2", "4"},
-    {"InSt1=1 InEn1=4 InEx1=2 InEx3=3", "IntroStart", "2"},
-    {"InSt1=1 InEn1=4 InEx1=2 InEx3=3", "IntroEnd", "3"},
-    {"InSt2=1 InEn2=4 InEx1=2 InEx3=3", "IntroEnd2", "0"},
-    {"InEn2=4 InEnExtra2=\"HardwareLine=3\"", "IntroEnd2", "4"},
-    {"HKSt=2 HKEn=5 HKSt1=1 HKEn1=4", "HookEnd", "4"},
-    {"HKStart=0 HKSt=2 HKEn=5 HKSt1=1 HKEn1=4", "HookEnd", "5"},
-    {"Ex1=8 ExEx3=\"HardwareLine=3\"", "Extro", "0"},
-    {"Ex1=8 ExEx1=7", "Extro", "7"},
-    {"AudEn=7 AudEn1=8 AudEn3=9", "AudioEnd", "7"},
-    {"AudEn=7 AudEn1=8 AudEn3=9", "AudioEnd3", "20"},
-    {"HKEx1=7 AudStEx1=8 Ex1=4", "Extro", "4"},
-    {"InfAvail=1 AudSt1=3", "AudioStart", "0"},
-    {"AudEn1=18 TotLn=15", "AudioEnd", "15"},
-    {"AudEn1=18 TotLn=15 LPEn=17", "LoopEnd", "17"},  // the loop is read behind it
-    {"AudEn1=12 TotLn=15", "AudioEnd", "15", 0},      // the first length moves every end to it
+const Reading kShortTexts[] = {
+    {"ITitle=\"a = b %22c%22\" Year=1999x Ver=99999 AudFEx=-1 LPPToEn=2 PicFName=a%22b.png DNotes=\"lost\" "
+     "KillDt=2024-02-29 ContTyp=\"old\" ContTypInf=\"new\" InfAvail=19",
+     "ItemTitle=a = b \"c\";Year=1999;Version=32767;AudioFileExists=1;LoopPlayToEnd=1;DABNotes=;"
+     "PictureFileName=a%22b.png;KillDate=45351;ContentTypeInfo=new;InfoAvailable=19"},
+    {"PicFName=cover front.png DABNotes=\"read\" BKCol=255",
+     "PictureFileName=cover;DABNotes=read;ContentTypeNumber=0;BackColour=-2147483633;InfoAvailable=3"},
+    {"BKCol=255 ITitle=\"the BackColour\" TXCol=255 TextColour", "BackColour=255;TextColour=255"},
+    {"TextColour=7", "TextColour=0"},
+    // Marks and the words that switch their keys
+    {"AudSt1=1 AudStEx2=\"HardwareLine=3\" InSt2=5 InEn2=4", "AudioStart=0;IntroStart2=4"},
+    {"AudSt1=1 AudStEx1=\"2.5 HardwareLine=3\" Ex1=8 ExEx3=\"HardwareLine=3\"", "AudioStart=2.5;Extro=0"},
+    {"AudSt1=1 ITitle=\"AudStEx\" Ex1=8 ExEx1=7", "AudioStart=0;Extro=7"},
+    {"InSt1=1 InEn1=4 InEx1=2 InEx3=3 InSt2=1 InEn2=4", "IntroStart=2;IntroEnd=3;IntroEnd2=0"},
+    {"InEn2=4 InEnExtra2=\"HardwareLine=3\" HKSt=2 HKEn=5 HKSt1=1 HKEn1=4", "IntroEnd2=4;HookEnd=4"},
+    {"HKStart=0 HKSt=2 HKEn=5 HKSt1=1 HKEn1=4", "HookEnd=5"},
+    {"AudEn=7 AudEn1=8 AudEn3=9", "AudioEnd=7;AudioEnd3=20"},
+    {"HKEx1=7 AudStEx1=8 Ex1=4", "Extro=4"},
+    {"InfAvail=1 AudSt1=3", "AudioStart=0"},
+    {"AudEn1=18 TotLn=15 LPEn=17", "AudioEnd=15;LoopEnd=17"},  // the loop is read behind it
+    {"AudEn1=12 TotLn=15", "AudioEnd=15", 0},                  // the first length moves every end to it
 };
 
-const Pairs kLongPairs[] = {
-    {"InfoAvailable=32 PictureCount=3 NumberPictures=4", "NumberPictures", "3"},
-    {"ContentType=\"a%22\"", "ContentTypeInfo", "a\""},
-    {"ContentTypeInfo=\"b\" ContentType=\"a\"", "ContentTypeInfo", "b"},
-    {"PictureFileName=\"a b%22\"", "PictureFileName", "a b%22"},
-    {"TotalLength=12 ScheduledLength=7", "ScheduledLength", "12"},
-    {"BackColour=255", "BackColour", "255"},
-    {"ItemTitle=\"TextColour\"", "TextColour", "0"},
-    {"Ref=\"short\" ITitle=\"short\"", "Reference", ""},
+const Reading kLongTexts[] = {
+    {"InfoAvailable=34 PictureCount=3 NumberPictures=4 ItemTitle=t", "NumberPictures=3;ItemTitle="},
+    {"ContentType=\"a%22\" PictureFileName=\"a b%22\" BackColour=255 ItemTitle=\"TextColour\"",
+     "ContentTypeInfo=a\";PictureFileName=a b%22;BackColour=255;TextColour=0"},
+    {"ContentTypeInfo=\"b\" ContentType=\"a\" TotalLength=12 ScheduledLength=7",
+     "ContentTypeInfo=b;ScheduledLength=12"},
+    {"Ref=\"short\" ITitle=\"short\"", "Reference=;ItemTitle="},
     // Groups are read where they are available or the text is very old, which has the notes under "Notes".
-    {"InfoAvailable=2 ItemTitle=t", "ItemTitle", ""},
-    {"InfoAvailable=0 ItemTitle=t", "ItemTitle", "t"},
-    {"InfoAvailable=1 AudioStart1=4", "AudioStart", "0"},
-    {"AudioStart1=4", "AudioStart", "4"},
-    {"InfoAvailable=8 StudioNotes=n", "StudioNotes", ""},
-    {"StudioNotes=n", "StudioNotes", ""},
-    {"InfoAvailable=4 WebNotes=w", "WebNotes", ""},
-    {"WebNotes=w", "WebNotes", "w"},
-    {"InfoAvailable=0 Composer=c", "Composer", "c"},
-    {"InfoAvailable=1 PictureCount=2", "NumberPictures", "0"},
-    {"PictureCount=2", "NumberPictures", "2"},
-    {"InfoAvailable=\"32\"", "InfoAvailable", "32"},
-    {"InfoAvailable=0", "InfoAvailable", "3"},
-    {"Notes=\"a%22\" InfoAvailable=4 StudioNotes=n", "StudioNotes", "a\""},
-    {"InfoAvailable=4 WebNotes=a StudioNotes=n", "StudioNotes", "n"},
-    {"InfoAvailable=1 Notes=a CopyrightComposer=c", "Composer", "c"},
-    {"InfoAvailable=1 CopyrightComposer=c", "Composer", ""},
-    {"InfoAvailable=16 Notes=a CopyrightComposer=c Composer=d", "Composer", "d"},
-    // Marks and the words that switch their keys
-    {"AudioStart1=2 AudioStartEx1=3", "AudioStart", "3"},
-    {"AudioStart1=2 AudioStartExtra1=\"HardwareLine=3\"", "AudioStart", "0"},
-    {"IntroStart1=1 IntroEnd1=4 IntroEx1=2 IntroEx3=3", "IntroStart", "2"},
-    {"IntroStart1=1 IntroEnd1=4 IntroEx1=2 IntroEx3=3", "IntroEnd", "3"},
-    {"HookStart=2 HookEnd=5 HookStart1=1 HookEnd1=4", "HookEnd", "5"},
-    {"Extro2=4 ExtroEx2=3", "Extro2", "3"},
-    {"AudioEnd=7 AudioEnd1=8", "AudioEnd", "7"},
+    {"InfoAvailable=0 ItemTitle=t Composer=c", "ItemTitle=t;Composer=c;InfoAvailable=3"},
+    {"InfoAvailable=1 AudioStart1=4 PictureCount=2 CopyrightComposer=c",
+     "AudioStart=0;NumberPictures=0;Composer="},
+    {"AudioStart1=4 StudioNotes=n WebNotes=w PictureCount=2",
+     "AudioStart=4;StudioNotes=;WebNotes=w;NumberPictures=2"},
+    {"InfoAvailable=8 StudioNotes=n", "StudioNotes="},
+    {"InfoAvailable=4 WebNotes=w", "WebNotes="},
+    {"InfoAvailable=\"32\"", "InfoAvailable=32"},
+    {"Notes=\"a%22\" InfoAvailable=4 StudioNotes=n", "StudioNotes=a\""},
+    {"InfoAvailable=4 WebNotes=a StudioNotes=n", "StudioNotes=n"},
+    {"InfoAvailable=1 Notes=a CopyrightComposer=c", "Composer=c"},
+    {"InfoAvailable=16 Notes=a CopyrightComposer=c Composer=d", "Composer=d"},
+    {"AudioStart1=2 AudioStartEx1=3 IntroStart1=1 IntroEnd1=4 IntroEx1=2 IntroEx3=3 Extro2=4 ExtroEx2=3",
+     "AudioStart=3;IntroStart=2;IntroEnd=3;Extro2=3"},
+    {"AudioStart1=2 AudioStartExtra1=\"HardwareLine=3\"", "AudioStart=0"},
+    {"HookStart=2 HookEnd=5 HookStart1=1 HookEnd1=4 AudioEnd=7 AudioEnd1=8", "HookEnd=5;AudioEnd=7"},
 };
 
 // The length is known before, so that the text's does not move every end, and the first of a key counts.
-void ExpectRead(const Pairs& row, const std::string& before, const std::string& behind) {
+void ExpectRead(const Reading& row, const std::string& before, const std::string& behind) {
   cHDItem item;
   item.SetTotalLength(row.lengthBefore);
   item.SetSerialisation(before + row.text + behind);
-  EXPECT_EQ(FieldText(item, row.field), row.value) << row.text;
+  test::ExpectFields(item, row.fields, row.text);
 }
 
 TEST(ItemTextReading, FieldsFromTheirKeysAndTheWordsThatSwitchThem) {
-  for (const Pairs& row : kShortPairs) ExpectRead(row, kShort, " TotLn=20 AudEn1=20 AudEn2=20 AudEn3=20");
-  for (const Pairs& row : kLongPairs)
+  for (const Reading& row : kShortTexts) ExpectRead(row, kShort, " TotLn=20 AudEn1=20 AudEn2=20 AudEn3=20");
+  for (const Reading& row : kLongTexts)
     ExpectRead(row, "", " AudioEnd1=20 AudioEnd2=20 AudioEnd3=20 TotalLength=20");
 }
 
@@ -166,18 +135,17 @@ TEST(ItemTextReading, FieldsThatTheTextDoesNotHoldAreClearedButForAFew) {
 }
 
 TEST(ItemTextReading, ExtrasFromTheKeysOfReaders) {
-  // In the order of the table of extras.
-  const char* keys[] = {"AudStEx", "AudEnEx", "InStartEx", "InEndEx", "HKStEx", "HKEnEx", "ExEx"};
   std::string text = kShort;
-  for (int row = 0; row < 7; ++row)
-    text += std::string(" ") + keys[row] + "2=\"HardwareLine=" + std::to_string(10 + row) +
+  int line = 10;  // in the order of the table of extras
+  for (const char* key : {"AudStEx", "AudEnEx", "InStartEx", "InEndEx", "HKStEx", "HKEnEx", "ExEx"})
+    text += std::string(" ") + key + "2=\"HardwareLine=" + std::to_string(line++) +
             " HardwareAction=4 CommandName=%22go%22\"";
   cHDItem item;
   item.SetSerialisation(text);
+  line = 10;
   for (const ItemExtra& row : ItemExtras())
     EXPECT_EQ((item.*row.get)(2)->Serialisation(),
-              "HardwareLine=" + std::to_string(10 + (&row - ItemExtras().data())) +
-                  " HardwareAction=4 CommandName=\"4\"")
+              "HardwareLine=" + std::to_string(line++) + " HardwareAction=4 CommandName=\"4\"")
         << row.name;
   item.SetSerialisation(kShort + "InStEx2=\"HardwareLine=3\" InEnExtra2=\"HardwareLine=3\"");
   for (const ItemExtra& row : ItemExtras()) EXPECT_EQ((item.*row.get)(2)->Serialisation(), "") << row.name;
@@ -189,16 +157,15 @@ TEST(ItemTextReading, ExtrasOrTheHardwareLinesOfVeryOldTexts) {
   const auto read = [](const std::string& text) {
     cHDItem item;
     item.SetSerialisation(text);
-    std::vector<std::int32_t> found;
-    for (const auto& extra :
-         {item.AudioStartExtra(1), item.IntroStartExtra(1), item.IntroEndExtra(1), item.ExtroExtra(1),
-          item.HookStartExtra(1), item.HookEndExtra(1), item.ExtroExtra(3)})
-      found.push_back(extra->HardwareLine());
+    std::string found;
+    for (const std::int32_t set : {1, 3})
+      for (const ItemExtra& row : ItemExtras())
+        found += std::to_string((item.*row.get)(set)->HardwareLine()) + " ";
     return found;
   };
-  EXPECT_THAT(read("InfoAvailable=2 " + extras), ElementsAre(11, 0, 0, 0, 0, 0, 13));
+  EXPECT_EQ(read("InfoAvailable=2 " + extras), "11 0 0 0 0 0 0 0 0 0 0 0 0 13 ");
   for (const char* before : {"", "InfoAvailable=2 ExtroEndHW=1 IntroEndH=2 IntroEndHW =2 "})
-    EXPECT_THAT(read(before + extras + lines), ElementsAre(0, 1, 2, 3, 4, 5, 0)) << before;
+    EXPECT_EQ(read(before + extras + lines), "0 0 1 2 4 5 3 0 0 0 0 0 0 0 ") << before;
 }
 
 TEST(ItemTextReading, PlaysCollect) {
@@ -230,10 +197,9 @@ TEST(ItemTextReading, TheVersionChoosesTheForm) {
 
 TEST(ItemTextReading, AnyTextIsReadWithoutHarm) {
   const char* pieces[] = {
-      " ",        "=",        "\"",        "SerVer=3.005011 ", "InfAvail=65535 ", "LstPly1=", "1e999",
-      " Ref=",    " AudStEx", " InEx1=",   " HKStart=",        " AudEn=",         " TotLn=",  "-5",
-      "\"%22",    "\xFF",     " Notes=",   " InfoAvailable=",  " NoLstPly=",      "32767 ",   "IntroEndHW=",
-      " KillDt=", "nan",      " ExEx2=\"", " BackColour",      "2000000000 ",     " SchLn=",  " TSRatio="};
+      " ",   "=",       "\"",     "SerVer=3.005011 ", "InfAvail=65535 ", "LstPly1=",    "1e999",   " Ref=",
+      "-5",  "\"%22",   "\xFF",   " AudStEx",         " InEx1=",         " HKStart=",   " AudEn=", " TotLn=",
+      "nan", " Notes=", "32767 ", " InfoAvailable=",  " NoLstPly=",      "IntroEndHW=", " KillDt="};
   std::mt19937 random(7);
   for (int round = 0; round < 3000; ++round) {
     std::string text = "x";
