@@ -11,8 +11,8 @@
 #include "kits/sound/SoundSystem.h"
 #include "kits/sound/ctlVellanPlayer.h"
 
-// A playback control without sound: keeps what it is told, writes down each call, fails what a test wants to
-// fail.
+// A playback control without sound: keeps what it is told, writes down each call, fails where a test wants
+// it.
 namespace qm::test {
 
 class FakeControl;
@@ -85,29 +85,21 @@ class FakeControl : public ctlVellanPlayer {
   float SecondsRemaining() const override { return m_audioEnd - m_script->position; }
   float PercentPlayed() const override { return m_script->position / m_script->total * 100; }
   void SetAudioStart(float Seconds) override { Does("AudioStart", NumberText(Seconds)); }
-  void SetAudioEnd(float Seconds) override {
-    m_audioEnd = Seconds;
-    Does("AudioEnd", NumberText(Seconds));
-  }
+  void SetAudioEnd(float Seconds) override { Keep("AudioEnd", m_audioEnd, Seconds); }
 
   float LoopStart() const override { return m_loopStart; }
   void SetLoopStart(float Seconds) override { Keep("LoopStart", m_loopStart, Seconds); }
   float LoopEnd() const override { return m_loopEnd; }
   void SetLoopEnd(float Seconds) override { Keep("LoopEnd", m_loopEnd, Seconds); }
   bool UseLoop() const override { return m_useLoop; }
-  void SetUseLoop(bool Use) override {
-    m_useLoop = Use;
-    Does("UseLoop", Use ? "1" : "0");
-  }
+  void SetUseLoop(bool Use) override { Does("UseLoop", (m_useLoop = Use) ? "1" : "0"); }
   std::int32_t LoopCount() const override { return m_loopCount; }
   void SetLoopCount(std::int32_t Passes) override { Keep("LoopCount", m_loopCount, Passes); }
   bool InLoop() const override { return m_useLoop && m_script->position >= m_loopStart; }
 
   float Volume() const override { return m_volume; }
   void SetVolume(float Percent) override {
-    const bool changes = Percent != m_volume;
-    Keep("Volume", m_volume, Percent);
-    if (changes) events.Volume(Percent);
+    if (Keep("Volume", m_volume, Percent)) events.Volume(Percent);
   }
   float PlaySpeed() const override { return m_speed; }
   void SetPlaySpeed(float Speed) override {
@@ -145,10 +137,11 @@ class FakeControl : public ctlVellanPlayer {
     done();
     return true;
   }
+  // Whether the value is another one.
   template <class T>
-  void Keep(const std::string& name, T& member, T value) {
-    member = value;
+  bool Keep(const std::string& name, T& member, T value) {
     Does(name, NumberText(value));
+    return std::exchange(member, value) != value;
   }
 
   std::shared_ptr<ControlScript> m_script;

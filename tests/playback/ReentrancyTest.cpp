@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <random>
-#include <tuple>
 
 #include "playback/PlayerRig.h"
 
@@ -162,49 +161,6 @@ TEST(Reentrancy, AnyListenerMayCallAnything) {
       if (testing::Test::HasFailure()) FAIL() << "at step " << step;
     }
     EXPECT_GT(walk.Reentries(), 8000);
-  }
-}
-
-// One listener, one answer, the first time an event is heard.
-TEST(Reentrancy, AnOperationEndsWhenItsItemIsGone) {
-  const std::tuple<enPlayerStatus, std::int32_t, const char*, const char*, const char*> rows[] = {
-      // from, event, what the listener does then, operation, outcome
-      {psOpen, peQueryCue, "Close()", "Cue()", "false closed: QueryCue(a) QueryClose(a) Closing Closed"},
-      {psOpen, peQueryOpen, "Open(b)", "Open(b)",
-       "false open: QueryOpen(b) QueryOpen(b) QueryClose(a) Closing Closed Opening Opened"},
-      {psClosed, peOpened, "Close()", "Play(b)",
-       "false closed: QueryPlay(b) QueryOpen(b) Opening Opened QueryClose(b) Closing Closed"},
-      {psClosed, peOpening, "Lock()", "Open(b)", "false locked: QueryOpen(b) Opening Locked"},
-      {psCued, peError, "Play(b)", "Play()",
-       "false playing: QueryPlay(a) Error=7 QueryPlay(b) QueryOpen(b) QueryClose(a) Closing Closed Opening "
-       "Opened QueryCue(b) Cued Playing=0/-1"},
-      {psOpen, peError, "Close()", "Seek(50)",
-       "false closed: QuerySeek(a)=50 Error=7 QueryClose(a) Closing Closed"},
-      {psOpen, peVolumeChanged, "Close()", "Cue()",
-       "false closed: QueryCue(a) VolumeChanged=100 QueryClose(a) Closing Closed"},
-      {psOpen, peQuerySeek, "Seek(50)", "Seek(50)", "true paused: QuerySeek(a)=50 Paused"},
-      {psPlaying, pePaused, "Close()", "PlayHook(a)",
-       "false closed: QueryPause(a) Paused QueryClose(a) Closing Closed"},
-      {psOpen, peClosing, "Lock()", "Close()", "true closed: QueryClose(a) Closing Closed"},
-      {psOpen, peClosing, "Open(b)", "Close()", "true closed: QueryClose(a) Closing QueryOpen(b) Closed"},
-      {psOpen, peClosed, "Open(b)", "Lock()",
-       "false open: QueryClose(a) Closing Closed QueryOpen(b) Opening Opened"},
-      {psOpen, peQueryClose, "UnLock()", "Close()", "true closed: QueryClose(a) UnLocked"},
-  };
-  for (const auto& [from, at, answer, operation, outcome] : rows) {
-    PlayerRig rig;
-    rig.GoTo(from);
-    if (at == peVolumeChanged) rig.player->SetPlayVolume(50);
-    rig.TakeHeard();
-    if (at == peError) rig.script->failing = {"Seek"}, rig.script->warning = {"Play"};
-    rig.script->tellErrors = true;
-    bool answered = false;
-    rig.onEvent = [&, at = at, answer = answer](std::int32_t event) {
-      if (event != at || std::exchange(answered, true)) return;
-      rig.script->failing.clear(), rig.script->warning.clear();
-      RunNamed(rig, answer);
-    };
-    EXPECT_EQ(Outcome(rig, operation), outcome) << operation << " with " << answer;
   }
 }
 

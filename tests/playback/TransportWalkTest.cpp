@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <sstream>
-#include <tuple>
 
 #include "kits/common/Text.h"
 #include "playback/PlayerRig.h"
@@ -56,23 +56,28 @@ opened         | Lock()      | true locked: QueryClose(a) Closing Closed Locked
 closed opened locked | UnLock() | true closed: UnLocked
 )";
 
+std::vector<std::vector<std::string>> Rows(const char* text) {
+  std::vector<std::vector<std::string>> rows;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    std::istringstream fields(line);
+    if (!line.empty()) rows.emplace_back();
+    for (std::string field; std::getline(fields, field, '|');) rows.back().emplace_back(Trim(field));
+  }
+  return rows;
+}
+
 // "status operation" to what comes of it, for every pair.
 std::map<std::string, std::string> WalkRows() {
   std::map<std::string, std::string> rows;
-  std::istringstream lines(kWalk);
-  for (std::string line; std::getline(lines, line);) {
-    std::istringstream fields(line);
-    std::string statuses, operation, outcome;
-    if (!std::getline(fields, statuses, '|')) continue;
-    std::getline(fields, operation, '|');
-    std::getline(fields, outcome);
-    if (const auto at = statuses.find("opened"); at != std::string::npos)
-      statuses.replace(at, 6, "open cued playing paused");
-    std::istringstream names(statuses);
+  for (std::vector<std::string>& row : Rows(kWalk)) {
+    if (const auto at = row[0].find("opened"); at != std::string::npos)
+      row[0].replace(at, 6, "open cued playing paused");
+    std::istringstream names(row[0]);
     for (std::string status; names >> status;) {
-      std::string result(Trim(outcome));
+      std::string result = row[2];
       if (const auto at = result.find(" same:"); at != std::string::npos) result.replace(at + 1, 4, status);
-      EXPECT_TRUE(rows.emplace(status + " " + std::string(Trim(operation)), result).second) << line;
+      EXPECT_TRUE(rows.emplace(status + " " + row[1], result).second) << status << " " << row[1];
     }
   }
   for (const auto& [name, run] : Operations()) rows.emplace("locked " + name, "false locked:");
@@ -93,28 +98,60 @@ TEST(TransportWalk, EveryStatusTimesEveryOperation) {
   }
 }
 
-TEST(TransportWalk, FailureOfTheControlIsAnsweredAndTakenBack) {
-  const std::tuple<enPlayerStatus, const char*, const char*, const char*> rows[] = {
-      // from, what the control fails at, operation, outcome
-      {psClosed, "Open", "Open(a)", "false closed: QueryOpen(a) Opening Closed"},
-      {psCued, "Open", "Open(b)", "false closed: QueryOpen(b) QueryClose(a) Closing Closed Opening Closed"},
-      {psPlaying, "Cue", "Cue()", "false open: QueryCue(a)"},
-      {psOpen, "Cue", "Play()", "false open: QueryPlay(a) QueryCue(a)"},
-      {psCued, "Play", "Play()", "false cued: QueryPlay(a)"},
-      {psPaused, "Play", "Play()", "false paused: QueryPlay(a)"},
-      {psPlaying, "Pause", "Pause()", "false playing: QueryPause(a)"},
-      {psCued, "Seek", "Seek(50)", "false cued: QuerySeek(a)=50"},
-      {psPaused, "Seek", "CueHook()",
-       "false closed: SetPlayHookMode QuerySeek(a)=20 QueryClose(a) Closing Closed"},
-      {psCued, "Close", "Close()", "false cued: QueryClose(a) Closing"},
-      {psCued, "Close", "Lock()", "false cued: QueryClose(a) Closing"},
-      {psCued, "Close", "Open(b)", "false cued: QueryOpen(b) QueryClose(a) Closing"},
-  };
-  for (const auto& [from, failing, operation, outcome] : rows) {
+// Status | what goes wrong | operation | outcome. A control fails at what follows "fails", raises an error as
+// well at what follows "tells", and goes on behind the error at what follows "warns"; a listener does what
+// follows the name of an event when it first hears it, and nothing fails from then on.
+constexpr const char* kTwists = R"(
+closed  | fails Open  | Open(a)   | false closed: QueryOpen(a) Opening Closed
+cued    | fails Open  | Open(b)   | false closed: QueryOpen(b) QueryClose(a) Closing Closed Opening Closed
+playing | fails Cue   | Cue()     | false open: QueryCue(a)
+open    | fails Cue   | Play()    | false open: QueryPlay(a) QueryCue(a)
+cued    | fails Play  | Play()    | false cued: QueryPlay(a)
+paused  | fails Play  | Play()    | false paused: QueryPlay(a)
+playing | fails Pause | Pause()   | false playing: QueryPause(a)
+cued    | fails Seek  | Seek(50)  | false cued: QuerySeek(a)=50
+paused  | fails Seek  | CueHook() | false closed: SetPlayHookMode QuerySeek(a)=20 QueryClose(a) Closing Closed
+cued    | fails Close | Close()   | false cued: QueryClose(a) Closing
+cued    | fails Close | Lock()    | false cued: QueryClose(a) Closing
+cued    | fails Close | Open(b)   | false cued: QueryOpen(b) QueryClose(a) Closing
+cued    | warns Play Error Play(b)    | Play()   | false playing: QueryPlay(a) Error=7 QueryPlay(b) QueryOpen(b) QueryClose(a) Closing Closed Opening Opened QueryCue(b) Cued Playing=0/-1
+open    | tells Seek Error Close()    | Seek(50) | false closed: QuerySeek(a)=50 Error=7 QueryClose(a) Closing Closed
+open    | volume 50 VolumeChanged Close() | Cue() | false closed: QueryCue(a) VolumeChanged=100 QueryClose(a) Closing Closed
+open    | QueryCue Close()    | Cue()       | false closed: QueryCue(a) QueryClose(a) Closing Closed
+open    | QueryOpen Open(b)   | Open(b)     | false open: QueryOpen(b) QueryOpen(b) QueryClose(a) Closing Closed Opening Opened
+closed  | Opened Close()      | Play(b)     | false closed: QueryPlay(b) QueryOpen(b) Opening Opened QueryClose(b) Closing Closed
+closed  | Opening Lock()      | Open(b)     | false locked: QueryOpen(b) Opening Locked
+open    | QuerySeek Seek(50)  | Seek(50)    | true paused: QuerySeek(a)=50 Paused
+playing | Paused Close()      | PlayHook(a) | false closed: QueryPause(a) Paused QueryClose(a) Closing Closed
+open    | Closing Lock()      | Close()     | true closed: QueryClose(a) Closing Closed
+open    | Closing Open(b)     | Close()     | true closed: QueryClose(a) Closing QueryOpen(b) Closed
+open    | Closed Open(b)      | Lock()      | false open: QueryClose(a) Closing Closed QueryOpen(b) Opening Opened
+open    | QueryClose UnLock() | Close()     | true closed: QueryClose(a) UnLocked
+)";
+
+TEST(TransportWalk, FailuresAndAnswersFromWithinLeaveItInOrder) {
+  for (const auto& row : Rows(kTwists)) {
     PlayerRig rig;
-    rig.GoTo(from);
-    rig.script->failing = {failing};
-    EXPECT_EQ(Outcome(rig, operation), outcome) << operation;
+    rig.GoTo(*std::find_if(std::begin(kStatuses), std::end(kStatuses),
+                           [&](enPlayerStatus status) { return StatusName(status) == row[0]; }));
+    std::istringstream twists(row[1]);
+    for (std::string twist, what; twists >> twist >> what;) {
+      rig.script->tellErrors |= twist == "tells";
+      if (twist == "fails" || twist == "tells")
+        rig.script->failing = {what};
+      else if (twist == "warns")
+        rig.script->warning = {what};
+      else if (twist == "volume")
+        rig.player->SetPlayVolume(static_cast<std::int16_t>(ParseWhole(what)));
+      else
+        rig.onEvent = [&, twist, what, answered = false](std::int32_t event) mutable {
+          if (std::string(PlayerEventName(event)) != "pe" + twist || std::exchange(answered, true)) return;
+          rig.script->failing.clear(), rig.script->warning.clear();
+          RunNamed(rig, what);
+        };
+    }
+    rig.TakeHeard();
+    EXPECT_EQ(Outcome(rig, row[2]), row[3]) << row[1] << " " << row[2];
   }
 }
 
