@@ -36,4 +36,20 @@ inline Decoded DecodeFile(const std::string& path) {
   return decoded;
 }
 
+// A folder in which other programs make files.
+struct Workshop : TempFolder {
+  bool Make(const std::string& command) const {
+    return RunCommand("cd " + Quoted(Path()) + " && " + command);
+  }
+  // in.wav by sox, then the file "out" of it by the command, which calls it out.something.
+  bool MakeOut(const std::string& format, const std::string& seconds, const std::string& command) const {
+    return Make("sox -n " + format + " in.wav synth " + seconds + " pinknoise && " + command +
+                " && mv out.* out");
+  }
+  Decoded Decode(const std::string& name) const { return DecodeFile(File(name)); }
+  std::string Bytes(const std::string& name) const { return ReadBytes(File(name)); }
+};
+
+inline constexpr char kStereo[] = "-r 44100 -c 2 -b 16";
+
 }  // namespace qm::test

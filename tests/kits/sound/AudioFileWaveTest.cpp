@@ -55,44 +55,27 @@ Decoded DecodeBytes(const std::string& bytes) {
 TEST(AudioFileWave, GivesTheValuesThatAreStored) {
   const float nan = std::numeric_limits<float>::quiet_NaN(),
               infinite = std::numeric_limits<float>::infinity();
-  struct Row {
-    const char* what;
+  const FormatFields eight{.bits = 8}, twenty{.bits = 20}, twentyFour{.bits = 24}, thirtyTwo{.bits = 32},
+      real{.tag = 3, .bits = 32}, twice{.tag = 3, .bits = 64},
+      padded{.tag = 0xFFFE, .bits = 32, .extra = Extension(24, 1)},
+      extensible{.tag = 0xFFFE, .bits = 32, .extra = Extension(32, 3)};
+  const struct {
     FormatFields format;
     std::string data;
     std::vector<float> values;
-  };
-  const Row rows[] = {
-      {"8 bits have no sign",
-       {.bits = 8},
-       std::string("\x00\x80\xFF\x81", 4),
-       {-1, 0, 127 / 128.0f, 1 / 128.0f}},
-      {"16 bits", {}, std::string("\x00\x80\xFF\x7F\x01\x00", 6), {-1, 32767 / 32768.0f, 1 / 32768.0f}},
-      {"24 bits",
-       {.bits = 24},
-       std::string("\x00\x00\x80\xFF\xFF\x7F\xFF\xFF\xFF", 9),
-       {-1, 8388607 / 8388608.0f, -1 / 8388608.0f}},
-      {"20 bits stand at the upper end of 24",
-       {.bits = 20},
-       std::string("\x00\x00\x40\xF0\xFF\x7F", 6),
-       {0.5f, 524287 / 524288.0f}},
-      {"32 bits", {.bits = 32}, std::string("\x00\x00\x00\x80\x00\x01\x00\x00", 8), {-1, 1 / 8388608.0f}},
-      {"24 of 32 bits",
-       {.tag = 0xFFFE, .bits = 32, .extra = Extension(24, 1)},
-       std::string("\x00\xFF\xFF\x7F\x00\x01\x00\x00", 8),
-       {8388607 / 8388608.0f, 1 / 8388608.0f}},
-      {"float beyond full scale", {.tag = 3, .bits = 32}, Bytes(1.5f) + Bytes(-0.1f), {1.5f, -0.1f}},
-      {"float that is no number",
-       {.tag = 3, .bits = 32},
-       Bytes(nan) + Bytes(infinite) + Bytes(-infinite),
-       {0, 1, -1}},
-      {"float in an extensible header",
-       {.tag = 0xFFFE, .bits = 32, .extra = Extension(32, 3)},
-       Bytes(0.25f),
-       {0.25f}},
-      {"double", {.tag = 3, .bits = 64}, Bytes(0.1) + Bytes(-2.0), {0.1f, -2.0f}},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.what);
+  } rows[] = {
+      {eight, {"\x00\x80\xFF\x81", 4}, {-1, 0, 127 / 128.0f, 1 / 128.0f}},
+      {{}, {"\x00\x80\xFF\x7F\x01\x00", 6}, {-1, 32767 / 32768.0f, 1 / 32768.0f}},
+      {twentyFour, {"\x00\x00\x80\xFF\xFF\x7F\xFF\xFF\xFF", 9}, {-1, 8388607 / 8388608.0f, -1 / 8388608.0f}},
+      {twenty, {"\x00\x00\x40\xF0\xFF\x7F", 6}, {0.5f, 524287 / 524288.0f}},  // at the upper end
+      {thirtyTwo, {"\x00\x00\x00\x80\x00\x01\x00\x00", 8}, {-1, 1 / 8388608.0f}},
+      {padded, {"\x00\xFF\xFF\x7F\x00\x01\x00\x00", 8}, {8388607 / 8388608.0f, 1 / 8388608.0f}},
+      {real, Bytes(1.5f) + Bytes(-0.1f), {1.5f, -0.1f}},
+      {real, Bytes(nan) + Bytes(infinite) + Bytes(-infinite), {0, 1, -1}},
+      {extensible, Bytes(0.25f), {0.25f}},
+      {twice, Bytes(0.1) + Bytes(-2.0), {0.1f, -2.0f}}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << row.format.bits << " bits, tag " << row.format.tag);
     const Decoded decoded = DecodeBytes(Form(Format(row.format) + Chunk("data", row.data)));
     EXPECT_EQ(decoded.error, "");
     EXPECT_EQ(decoded.samples, row.values);
@@ -100,45 +83,36 @@ TEST(AudioFileWave, GivesTheValuesThatAreStored) {
 }
 
 TEST(AudioFileWave, FindsTheDataWhateverTheHeaderSays) {
-  const std::string format = Format({}), body = "abcdefgh";
+  const std::string format = Format({}), body = "abcdefgh", data = Chunk("data", body);
   const std::string list = Chunk("LIST", "INFOINAM\4\0\0\0abc");
   const std::string longSizes = "ds64" + LittleEndian(28, 4) + LittleEndian(100, 8) + LittleEndian(8, 8) +
                                 LittleEndian(4, 8) + LittleEndian(0, 4);
-  struct Row {
+  const struct {
     const char* what;
     std::string bytes;
-    std::int64_t frames;
-  };
-  const Row rows[] = {
-      {"plain", Form(format + Chunk("data", body)), 4},
-      {"size of a pipe, 0", Form(format + StatedData(0, body)), 4},
-      {"size of a pipe, the largest", Form(format + StatedData(0xFFFFFFFF, body)), 4},
-      {"size of a pipe, some guess", Form(format + StatedData(0x7FFFF000, body)), 4},
-      {"form size 0", "RIFF" + LittleEndian(0, 4) + "WAVE" + format + StatedData(0, body), 4},
-      {"cut in the middle of a frame",
-       "RIFF" + LittleEndian(200, 4) + "WAVE" + format + StatedData(100, body + "i"), 4},
+    std::int64_t frames = 4;
+  } rows[] = {
+      {"size of a pipe, 0", Form(format + StatedData(0, body))},
+      {"size of a pipe, the largest", Form(format + StatedData(0xFFFFFFFF, body))},
+      {"size of a pipe, some guess", Form(format + StatedData(0x7FFFF000, body))},
+      {"form size 0", "RIFF" + LittleEndian(0, 4) + "WAVE" + format + StatedData(0, body)},
+      {"cut in a frame", "RIFF" + LittleEndian(200, 4) + "WAVE" + format + StatedData(100, body + "i")},
       {"no audio, and more chunks", Form(format + Chunk("data", "") + list), 0},
       {"no audio", Form(format + Chunk("data", "")), 0},
-      {"chunks on both sides", Form(list + format + list + Chunk("data", body) + list), 4},
-      {"odd chunk, filled up", Form(Chunk("note", "abc") + format + Chunk("data", body)), 4},
-      {"odd chunk, not filled up", Form("note" + LittleEndian(3, 4) + "abc" + format + Chunk("data", body)),
-       4},
-      {"data before the format", Form(Chunk("data", body) + format), 4},
-      {"RF64",
-       "RF64" + LittleEndian(0xFFFFFFFF, 4) + "WAVE" + longSizes + format +
-           StatedData(0xFFFFFFFF, body + "tail"),
-       4},
-      {"block size 0", Form(Format({.blockAlign = 99}) + Chunk("data", body)), 4},
-  };
-  for (const Row& row : rows) {
+      {"chunks on both sides", Form(list + format + list + data + list)},
+      {"odd chunk, filled up", Form(Chunk("note", "abc") + format + data)},
+      {"odd chunk, not filled up", Form("note" + LittleEndian(3, 4) + "abc" + format + data)},
+      {"data before the format", Form(data + format)},
+      {"RF64", "RF64" + LittleEndian(0xFFFFFFFF, 4) + "WAVE" + longSizes + format +
+                   StatedData(0xFFFFFFFF, body + "tail")},
+      {"wrong block size", Form(Format({.blockAlign = 99}) + data)}};
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
     const Decoded decoded = DecodeBytes(row.bytes);
     EXPECT_EQ(decoded.error, "");
     EXPECT_EQ(decoded.stated, row.frames);
-    EXPECT_EQ(decoded.Frames(), row.frames);
-    if (row.frames > 0 && !decoded.samples.empty()) {
-      EXPECT_EQ(decoded.samples[0], 0x6261 / 32768.0f);
-    }
+    ASSERT_EQ(decoded.Frames(), row.frames);
+    EXPECT_TRUE(row.frames == 0 || decoded.samples[0] == 0x6261 / 32768.0f);
   }
 }
 
@@ -164,16 +138,6 @@ TEST(AudioFileWave, ReadsBeyondFourGigabytes) {
   EXPECT_EQ(samples, (std::vector<std::int16_t>{0, 1}));
 }
 
-TEST(AudioFileWave, ReadsWhatASpeechProgramWritesIntoAPipe) {
-  TempFolder folder;
-  ASSERT_TRUE(RunCommand("espeak-ng --stdout 'one two three' > " + Quoted(folder.File("speech.wav"))));
-  const Decoded decoded = DecodeFile(folder.File("speech.wav"));
-  EXPECT_EQ(decoded.error, "");
-  const auto bytes = static_cast<std::int64_t>(ReadBytes(folder.File("speech.wav")).size());
-  EXPECT_EQ(decoded.stated, (bytes - 44) / 2);
-  EXPECT_EQ(decoded.Frames(), decoded.stated);
-}
-
 TEST(AudioFileWave, SixteenBitReadingRoundsToEvenAndClips) {
   const float step = 1.0f / 32768;
   std::string data;
@@ -190,32 +154,6 @@ TEST(AudioFileWave, SixteenBitReadingRoundsToEvenAndClips) {
   file.ReadSamples(1000, samples);
   EXPECT_TRUE(samples.empty());
   EXPECT_EQ(file.LastError(), 0);
-}
-
-TEST(AudioFileWave, AdaptiveCodingsSeekToTheSample) {
-  for (const char* coding : {"ms-adpcm", "ima-adpcm"}) {
-    SCOPED_TRACE(coding);
-    TempFolder folder;
-    ASSERT_TRUE(RunCommand("cd " + Quoted(folder.Path()) +
-                           " && sox -n -r 22050 -c 2 -b 16 in.wav synth 3.3 pinknoise && "
-                           "sox in.wav -e " +
-                           coding + " out.wav && ffmpeg -i out.wav -f f32le ref.raw"));
-    const Decoded decoded = DecodeFile(folder.File("out.wav"));
-    ASSERT_EQ(decoded.error, "");
-    EXPECT_EQ(decoded.stated, 72765);
-    const std::string reference = ReadBytes(folder.File("ref.raw"));
-    ASSERT_GE(reference.size(), decoded.samples.size() * 4);  // it gives the last block's filling as well
-    EXPECT_EQ(std::memcmp(reference.data(), decoded.samples.data(), decoded.samples.size() * 4), 0);
-    cAudioFile file;
-    file.AllowCompressedOpen(true);
-    ASSERT_EQ(file.OpenForRead(folder.File("out.wav")), 0);
-    float frame[2];
-    for (std::int64_t place : {72764, 0, 1, 1011, 1012, 1013, 40000}) {
-      ASSERT_TRUE(file.Seek(place));
-      ASSERT_EQ(file.ReadFrames(frame, 1), 1u);
-      EXPECT_EQ(frame[0], decoded.samples[static_cast<std::size_t>(place) * 2]) << place;
-    }
-  }
 }
 
 }  // namespace

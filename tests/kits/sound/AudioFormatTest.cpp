@@ -5,56 +5,42 @@
 namespace qm {
 namespace {
 
-TEST(AudioFormat, TheStoredDefaultReadsAndWritesItself) {
-  const std::string text = "FormatType=\"WAV\" SampleRate=\"44100\" Channels=\"2\" WAVFormatTag=\"1\"";
+cAudioFormat FormatOf(std::int32_t type, std::int32_t rate, std::int32_t channels, std::int32_t bits,
+                      std::int32_t bitRate, std::int32_t tag) {
   cAudioFormat format;
-  format.SetBitRate(5);
-  format.SetSerialisedFormat(text);
-  EXPECT_EQ(format.FormatType(), aftWAV);
-  EXPECT_EQ(format.SampleRate(), 44100);
-  EXPECT_EQ(format.Channels(), 2);
-  EXPECT_EQ(format.WAVFormatTag(), wftPCM);
-  EXPECT_EQ(format.BitRate(), 0);
-  EXPECT_EQ(format.SerialisedFormat(), text);
+  format.SetFormatType(type);
+  format.SetSampleRate(rate);
+  format.SetChannels(channels);
+  format.SetBitsPerSample(bits);
+  format.SetBitRate(bitRate);
+  format.SetWAVFormatTag(tag);
+  return format;
 }
 
 TEST(AudioFormat, TheSerialisedFormIsTheWholeState) {
-  cAudioFormat format;
-  EXPECT_EQ(format.SerialisedFormat(), "");
+  const std::string text = "FormatType=\"WAV\" SampleRate=\"44100\" Channels=\"2\" WAVFormatTag=\"1\"";
+  cAudioFormat back;
+  EXPECT_EQ(back.SerialisedFormat(), "");
+  back.SetBitRate(5);
+  back.SetSerialisedFormat(text);
+  EXPECT_EQ(back, FormatOf(aftWAV, 44100, 2, 0, 0, wftPCM));
+  EXPECT_EQ(back.SerialisedFormat(), text);
   for (std::int32_t type : {aftOther, aftWAV, aftMP3, aftOgg, aftWMA, aftMP2, enAudioFileType{64}}) {
-    format.SetFormatType(type);
-    format.SetSampleRate(48000);
-    format.SetChannels(1);
-    format.SetBitsPerSample(24);
-    format.SetBitRate(192000);
-    format.SetWAVFormatTag(wftExtensible);
+    cAudioFormat format = FormatOf(type, 48000, 1, 24, 192000, wftExtensible);
     format.SetWMAProfile("\"44100\", 2=%22 \n");
-    cAudioFormat back;
     back.SetSerialisedFormat(format.SerialisedFormat());
     EXPECT_EQ(back, format) << format.SerialisedFormat();
   }
-  format.SetSerialisedFormat("nothing of the kind");
-  EXPECT_EQ(format, cAudioFormat());
+  back.SetSerialisedFormat("nothing of the kind");
+  EXPECT_EQ(back, cAudioFormat());
 }
 
 TEST(AudioFormat, IsDescribedForPeople) {
-  cAudioFormat format;
-  format.SetFormatType(aftWAV);
-  format.SetSampleRate(44100);
-  format.SetChannels(2);
-  format.SetBitsPerSample(16);
-  format.SetWAVFormatTag(wftPCM);
-  EXPECT_EQ(format.FormatDescription(), "WAV 44100 Hz stereo 16-bit");
-  format.SetBitsPerSample(32);
-  format.SetWAVFormatTag(wftFloat);
-  format.SetChannels(6);
-  EXPECT_EQ(format.FormatDescription(), "WAV 44100 Hz 6 channels 32-bit float");
-  format = {};
-  format.SetFormatType(aftWMA);
-  format.SetSampleRate(32000);
-  format.SetChannels(1);
-  format.SetBitRate(64016);
-  EXPECT_EQ(format.FormatDescription(), "WMA 32000 Hz mono 64 kbit/s");
+  const std::pair<cAudioFormat, const char*> rows[] = {
+      {FormatOf(aftWAV, 44100, 2, 16, 0, wftPCM), "WAV 44100 Hz stereo 16-bit"},
+      {FormatOf(aftWAV, 44100, 6, 32, 0, wftFloat), "WAV 44100 Hz 6 channels 32-bit float"},
+      {FormatOf(aftWMA, 32000, 1, 0, 64016, 0), "WMA 32000 Hz mono 64 kbit/s"}};
+  for (const auto& [format, text] : rows) EXPECT_EQ(format.FormatDescription(), text);
 }
 
 }  // namespace
