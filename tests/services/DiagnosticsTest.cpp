@@ -30,8 +30,7 @@ class DiagnosticsTest : public testing::Test {
   DiagnosticsTest() {
     setenv("TZ", "UTC", 1);
     tzset();
-    m_clock->Set(std::chrono::sys_days(std::chrono::year(2026) / 3 / 9) +
-                 std::chrono::seconds(8 * 3600 + 65));
+    m_clock->Set(std::chrono::sys_days(std::chrono::year(2026) / 3 / 9) + std::chrono::seconds(28865));
     m_registry->Write("SOFTWARE\\Quillmere", "DebugPath", m_temp.File("debug"));
     Start();
     SetDebugMode(5);
@@ -67,12 +66,8 @@ TEST_F(DiagnosticsTest, LinesAreIndentedByTheirNestingInTheFileOfTheirDay) {
   WriteDebug("tomorrow");
   WriteDebug("Start again", 5, ednReset);
   EXPECT_EQ(Log(),
-            "08:01:05 too many\n"
-            "08:01:05 Start Play\n"
-            "08:01:05     Start Cue\n"
-            "08:01:06         cueing\n"
-            "08:01:06     Finish Cue\n"
-            "08:01:06     player 2 at 1.5 of 3\n");
+            "08:01:05 too many\n08:01:05 Start Play\n08:01:05     Start Cue\n08:01:06         cueing\n"
+            "08:01:06     Finish Cue\n08:01:06     player 2 at 1.5 of 3\n");
   EXPECT_EQ(Log("20260310"), "08:01:06     tomorrow\n08:01:06 Start again\n");
   EXPECT_THAT(m_box->shown, IsEmpty());
 }
@@ -87,13 +82,12 @@ TEST_F(DiagnosticsTest, AnUnwritableFileStaysSilentAndNestingGoesOn) {
 }
 
 TEST_F(DiagnosticsTest, TheModeDecidesWhichLevelsAreWritten) {
-  struct Row {
+  const struct {
     std::int32_t mode, level;
     bool written;
-  };
-  const Row rows[] = {{0, 0, false},  {0, -1, false}, {5, 5, true},   {5, 6, false}, {5, -1, true},
-                      {4, -1, false}, {-1, 99, true}, {-1, -1, true}, {-2, 5, false}};
-  for (const Row& row : rows) {
+  } rows[] = {{0, 0, false},  {0, -1, false}, {5, 5, true},   {5, 6, false}, {5, -1, true},
+              {4, -1, false}, {-1, 99, true}, {-1, -1, true}, {-2, 5, false}};
+  for (const auto& row : rows) {
     std::filesystem::remove_all(m_temp.File("debug"));
     SetDebugMode(row.mode);
     WriteDebug("x", row.level);
@@ -109,14 +103,13 @@ TEST_F(DiagnosticsTest, TheFolderIsLookedUpOnce) {
   m_registry->Delete("SOFTWARE\\Quillmere", "DebugPath");
   WriteDebug("b");
   EXPECT_EQ(Log(), "08:01:05 a\n08:01:05 b\n");
-  Start(m_temp.File("own/"));
-  WriteDebug("c");
-  EXPECT_EQ(test::ReadBytes(m_temp.File("own/Studio.20260309.log")), "08:01:05 c\n");
-  Start();
   setenv("XDG_STATE_HOME", m_temp.Path().c_str(), 1);
-  WriteDebug("d");
+  for (const char* folder : {"own", "quillmere/DebugFiles"}) {
+    Start(folder == std::string("own") ? m_temp.File("own/") : "");
+    WriteDebug("c");
+    EXPECT_EQ(test::ReadBytes(m_temp.File(folder) + "/Studio.20260309.log"), "08:01:05 c\n");
+  }
   unsetenv("XDG_STATE_HOME");
-  EXPECT_EQ(test::ReadBytes(m_temp.File("quillmere/DebugFiles/Studio.20260309.log")), "08:01:05 d\n");
 }
 
 TEST_F(DiagnosticsTest, AFolderThatCannotBeMadeIsToldOnce) {
@@ -134,13 +127,12 @@ TEST_F(DiagnosticsTest, ProblemsAreShownAndWritten) {
   ReportProblem(" opening a.wav ", " no such file\n", false);
   ReportProblem("closing", " ", false);
   ReportProblem("saving", "full", true);
-  const std::string first =
-      "There was a problem opening a.wav and the error's description was reported as : \"no such file\"";
-  const std::string second = "There was a problem closing";
-  const std::string silent =
-      "There was a problem saving and the error's description was reported as : \"full\"";
+  const std::string was = " and the error's description was reported as : ", problem = "There was a problem ";
+  const std::string first = problem + "opening a.wav" + was + "\"no such file\"",
+                    second = problem + "closing";
   EXPECT_THAT(m_box->shown, ElementsAre("Studio|48|" + first, "Studio|48|" + second));
-  EXPECT_EQ(Log(), "08:01:05 " + first + "\n08:01:05 " + second + "\n08:01:05 " + silent + "\n");
+  EXPECT_EQ(Log(), "08:01:05 " + first + "\n08:01:05 " + second + "\n08:01:05 " + problem + "saving" + was +
+                       "\"full\"\n");
 }
 
 }  // namespace

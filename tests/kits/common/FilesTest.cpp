@@ -121,13 +121,5 @@ TEST(Files, NetworkPathsAreKnownByTheirBeginningOrTheirMount) {
     EXPECT_EQ(MountedType(table, device), type);
 }
 
-TEST(Files, TemporaryNamesAreNewEachTime) {
-  const std::string first = TemporaryFileName(".wav"), second = TemporaryFileName("wav");
-  EXPECT_NE(first, second);
-  EXPECT_EQ(ExtensionOf(first), "wav");
-  EXPECT_EQ(ExtensionOf(second), "wav");
-  EXPECT_TRUE(!FileExists(first) && FolderExists(FolderOf(first)));
-}
-
 }  // namespace
 }  // namespace qm

@@ -8,29 +8,19 @@
 #include <random>
 #include <regex>
 
-#include "kits/common/LittleEndian.h"
-
 namespace qm {
 namespace {
 
 constexpr double kInfinite = std::numeric_limits<double>::infinity();
 
 TEST(Numbers, TextIsTheShortestOfItsTypeAndReadsBackToTheSameValue) {
-  const std::pair<double, const char*> doubles[] = {{0, "0"},
-                                                    {-0.0, "0"},
-                                                    {0.1, "0.1"},
-                                                    {-1, "-1"},
-                                                    {3.005011, "3.005011"},
-                                                    {100000, "100000"},
-                                                    {0.00125, "0.00125"},
-                                                    {1e20, "1e+20"},
-                                                    {1e-9, "1e-09"},
-                                                    {45000.52100694444, "45000.52100694444"},
-                                                    {kInfinite, "0"},
-                                                    {std::nan(""), "0"},
-                                                    {1e15, "1e+15"},
-                                                    {123456789012345, "123456789012345"}};
+  const std::pair<double, const char*> doubles[] = {
+      {0, "0"},        {-0.0, "0"},     {0.1, "0.1"},         {-1, "-1"},
+      {1e20, "1e+20"}, {1e-9, "1e-09"}, {kInfinite, "0"},     {NAN, "0"},
+      {1e15, "1e+15"}, {1e5, "100000"}, {0.00125, "0.00125"}, {3.005011, "3.005011"}};
   for (const auto& [value, text] : doubles) EXPECT_EQ(NumberText(value), text);
+  EXPECT_EQ(NumberText(45000.52100694444), "45000.52100694444");
+  EXPECT_EQ(NumberText(123456789012345.0), "123456789012345");
   const std::pair<float, const char*> singles[] = {{0.1f, "0.1"}, {86399.99f, "86399.99"}, {1e5f, "100000"}};
   for (const auto& [value, text] : singles) EXPECT_EQ(NumberText(value), text);
   EXPECT_EQ(NumberText(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
@@ -49,33 +39,20 @@ TEST(Numbers, TextIsTheShortestOfItsTypeAndReadsBackToTheSameValue) {
 TEST(Numbers, ReadingStopsAtTheFirstCharacterThatDoesNotFit) {
   constexpr double kLargest = std::numeric_limits<double>::max();
   const std::string zeros(400, '0'), nines(400, '9');
-  const std::pair<std::string, double> cases[] = {{"12.5s", 12.5},
-                                                  {" \t+3", 3},
-                                                  {"-.5", -0.5},
-                                                  {"5.", 5},
-                                                  {"1,5", 1},
-                                                  {"1e3x", 1000},
-                                                  {"2e", 2},
-                                                  {"1.2.3", 1.2},
-                                                  {"", 0},
-                                                  {"-", 0},
-                                                  {"+-1", 0},
-                                                  {"--1", 0},
-                                                  {".", 0},
-                                                  {".e1", 0},
-                                                  {"inf", 0},
-                                                  {"-nan", 0},
-                                                  {"0x10", 0},
-                                                  {"Line 3", 0},
-                                                  {"1e999", kLargest},
-                                                  {"-1e999", -kLargest},
-                                                  {"1e-999", 0},
-                                                  {"1e99999999999999999999", kLargest},
-                                                  {"1e-99999999999999999999", 0},
-                                                  {"0." + zeros + "1e5", 0},
-                                                  {nines + "e-5", kLargest},
-                                                  {"0." + zeros + "1e400", 0.1}};
+  for (const char* text : {"", "-", "+-1", "--1", ".", ".e1", "inf", "-nan", "0x10", "Line 3", "1e-999",
+                           "1e-99999999999999999999"})
+    EXPECT_EQ(ParseNumber(text), 0) << text;
+  for (const std::string text : {"1e999", "1e99999999999999999999"}) {
+    EXPECT_EQ(ParseNumber(text), kLargest);
+    EXPECT_EQ(ParseNumber("-" + text), -kLargest);
+  }
+  const std::pair<const char*, double> cases[] = {{"12.5s", 12.5}, {" \t+3", 3},  {"-.5", -0.5},
+                                                  {"5.", 5},       {"1,5", 1},    {"1e3x", 1000},
+                                                  {"2e", 2},       {"1.2.3", 1.2}};
   for (const auto& [text, value] : cases) EXPECT_EQ(ParseNumber(text), value) << text;
+  EXPECT_EQ(ParseNumber("0." + zeros + "1e5"), 0);
+  EXPECT_EQ(ParseNumber("0." + zeros + "1e400"), 0.1);
+  EXPECT_EQ(ParseNumber(nines + "e-5"), kLargest);
   for (const auto& [text, value] : {std::pair{"2.5", 2}, {"3.5", 4}, {"-9e9", INT32_MIN}})
     EXPECT_EQ(ParseWhole(text), value);
 }
@@ -87,12 +64,12 @@ TEST(Numbers, RoundsHalvesToEvenAndClamps) {
                                                    {-0.5, 0},
                                                    {-1.5, -2},
                                                    {-2.5, -2},
-                                                   {0.49999999999999994, 0},
+                                                   {NAN, 0},
                                                    {1e300, INT64_MAX},
                                                    {-1e300, INT64_MIN},
-                                                   {9223372036854775808.0, INT64_MAX},
-                                                   {-9223372036854775808.0, INT64_MIN},
-                                                   {std::nan(""), 0}};
+                                                   {0x1p63, INT64_MAX},
+                                                   {-0x1p63, INT64_MIN},
+                                                   {0x1.fffffffffffffp-2, 0}};
   for (const auto& [value, rounded] : cases) EXPECT_EQ(RoundToWhole(value), rounded) << value;
   EXPECT_EQ(Limit(5, 10, 1), 10) << "the low end is tested first";
   EXPECT_EQ(Limit(20, 10, 1), 1);
@@ -106,18 +83,6 @@ TEST(Numbers, IdentitiesAreRandomAndWellFormed) {
   const std::string first = NewGuid(), second = NewGuid();
   EXPECT_TRUE(std::regex_match(first, form)) << first;
   EXPECT_NE(first, second);
-}
-
-TEST(LittleEndian, LowestByteFirstAndWithinTheBuffer) {
-  std::string bytes;
-  AppendLittleEndian<std::uint32_t>(bytes, 0x04030201);
-  AppendLittleEndian<std::int16_t>(bytes, -2);
-  AppendLittleEndian<float>(bytes, 1.0f);
-  EXPECT_EQ(bytes, std::string("\x01\x02\x03\x04\xFE\xFF\x00\x00\x80\x3F", 10));
-  EXPECT_EQ(ReadLittleEndian<std::int16_t>(bytes, 4), -2);
-  EXPECT_EQ(ReadLittleEndian<float>(bytes, 6), 1.0f);
-  EXPECT_EQ(ReadLittleEndian<std::int32_t>(bytes, 7, -7), -7);
-  EXPECT_EQ(ReadLittleEndian<std::uint8_t>(bytes, std::string::npos, 9), 9);
 }
 
 }  // namespace

@@ -15,15 +15,6 @@ TEST(Text, ReferencesAreComparedTrimmedAndIgnoringAsciiCase) {
   EXPECT_FALSE(EqualIgnoringCase("é", "É")) << "only ASCII letters have a case here";
 }
 
-TEST(Text, FindIgnoringCaseStartsWhereAsked) {
-  const std::string text = "aXbxB";
-  const struct {
-    const char* part;
-    std::size_t from, at;
-  } cases[] = {{"xb", 0, 1}, {"xb", 2, 3}, {"xb", 4, text.npos}, {"", 5, 5}, {"", 6, text.npos}};
-  for (const auto& c : cases) EXPECT_EQ(FindIgnoringCase(text, c.part, c.from), c.at) << c.from;
-}
-
 TEST(Text, DelimitedTextWalksThroughTokens) {
   const std::string text = "one, , three";
   const struct {
