@@ -8,13 +8,11 @@
 #include <thread>
 #include <vector>
 
-#include "kits/sound/ctlVellanPlayer.h"
 #include "kits/sound/devices/Output.h"
 #include "kits/sound/devices/PullGate.h"
 #include "kits/sound/devices/RingFeeder.h"
-#include "kits/sound/engine/AudioEngine.h"
 #include "kits/sound/engine/Device.h"
-#include "support/SoundFixtures.h"
+#include "kits/sound/engine/EngineBench.h"
 
 namespace qm::test {
 
@@ -31,12 +29,9 @@ inline bool WaitFor(const std::function<bool()>& condition,
 
 // What a test decides about an output, and what it sees of it. Outlives the output.
 struct OutputScript {
-  std::atomic<bool> opens{true};
-  std::atomic<bool> starts{true};
-  std::atomic<bool> alive{true};
+  std::atomic<bool> opens{true}, starts{true}, alive{true}, running{false};
   OutputShape shape{.format = {.sampleRate = 48000, .channels = 2}, .periodFrames = 512};
   std::vector<std::string> log;  // open, start, hear out, drop
-  std::atomic<bool> running{false};
   PullGate gate;
 
   void Pull(std::size_t frames) {
@@ -81,11 +76,7 @@ class ScriptedOutput : public Output {
 // A live device without threads: the test renders, pumps and pulls, in whatever order it likes.
 class HandDevice : public Device {
  public:
-  explicit HandDevice(double advanceSeconds = 0.05, std::size_t periodFrames = 512)
-      : feeder({.format = {.sampleRate = 48000, .channels = 2}, .periodFrames = periodFrames},
-               advanceSeconds) {
-    feeder.RenderAhead();
-  }
+  HandDevice() { feeder.RenderAhead(); }
   const std::string& Name() const override { return m_name; }
   bool Start(std::int32_t, std::string&) override { return true; }
   Mixer* GetMixer() override { return &feeder.GetMixer(); }
@@ -98,37 +89,19 @@ class HandDevice : public Device {
     feeder.Pull(heard.data() + at, frames);
   }
 
-  RingFeeder feeder;
+  RingFeeder feeder{{.format = {.sampleRate = 48000, .channels = 2}, .periodFrames = 512}, 0.05};
   std::vector<float> heard;
 
  private:
   const std::string m_name = "by hand";
 };
 
-// An engine with one added device, and files for it.
-class DeviceBench {
- public:
-  explicit DeviceBench(std::unique_ptr<Device> device) : engine(AudioEngine::Create({}, 0.05)) {
-    engine->AddOutput(std::move(device));
-  }
-
-  std::unique_ptr<ctlVellanPlayer> Player(const std::string& file) {
-    auto player = engine->CreatePlayer();
-    player->SetDeviceType(2);
-    player->SetDeviceNumber(1);
-    player->Open(file);
-    return player;
-  }
-
-  // A stereo WAV file at 48000 Hz.
+// An engine with one added device, and files for it at 48000 Hz.
+struct DeviceBench : EngineBench {
+  using EngineBench::EngineBench;
   std::string Wav(const std::string& name, const std::vector<std::int16_t>& samples) {
-    const std::string path = folder.File(name + ".wav");
-    WriteBytes(path, Wav16(samples, 48000, 2));
-    return path;
+    return EngineBench::Wav(name, samples, 48000);
   }
-
-  TempFolder folder;
-  std::shared_ptr<AudioEngine> engine;
 };
 
 // Noise without a zero in it, so that a hole in what is heard cannot hide. Interleaved stereo.
@@ -142,13 +115,11 @@ inline std::vector<std::int16_t> Unbroken(std::size_t frames, double amplitude =
 
 inline std::vector<float> AsFloat(const std::vector<std::int16_t>& samples) {
   std::vector<float> result(samples.size());
-  std::transform(samples.begin(), samples.end(), result.begin(),
-                 [](std::int16_t value) { return static_cast<float>(value) / 32768.0f; });
+  for (std::size_t i = 0; i < samples.size(); ++i) result[i] = static_cast<float>(samples[i]) / 32768;
   return result;
 }
 
-// The frame of `heard` (interleaved stereo) at which `part` stands; -1 when it is nowhere in there as a
-// whole.
+// The frame of `heard` (interleaved stereo) at which the whole of `part` stands; -1 when nowhere.
 inline std::int64_t Find(const std::vector<float>& heard, const std::vector<float>& part) {
   auto at = heard.begin();
   while ((at = std::search(at, heard.end(), part.begin(), part.end())) != heard.end()) {

@@ -24,8 +24,7 @@ class LiveDeviceTest : public ::testing::Test {
     live->onStateChange = [this](const std::string& line) { states.push_back(line); };
     bench = std::make_unique<DeviceBench>(std::move(live));
     player = bench->Player(bench->Wav("a", Unbroken(480000)));
-    player->events.Error.connect(
-        [this](std::int32_t number, const std::string&) { errors.push_back(number); });
+    player->events.Error.connect([this](std::int32_t number, auto&) { errors.push_back(number); });
   }
   bool PumpUntil(const std::function<bool()>& condition) {
     return WaitFor([&] {
@@ -49,8 +48,7 @@ TEST_F(LiveDeviceTest, LossIsAnErrorAndTimeRunsOnUntilTheDeviceIsBack) {
   ASSERT_TRUE(PumpUntil([&] { return player->SecondsPlayed() > 0; }));
   const float before = player->SecondsPlayed();
   real.alive = false;
-  EXPECT_TRUE(PumpUntil([&] { return player->SecondsPlayed() > before + 0.3f; }))
-      << "nobody pulls but the clock";
+  EXPECT_TRUE(PumpUntil([&] { return player->SecondsPlayed() > before + 0.3f; })) << "by the clock";
   EXPECT_EQ(errors, (std::vector<std::int32_t>{edfLost}));
   real.alive = true;
   EXPECT_TRUE(PumpUntil([&] { return states.size() == 2; }));
@@ -67,13 +65,15 @@ TEST_F(LiveDeviceTest, ADeviceThatWasNeverThereIsToldToTheFirstThatPlays) {
   EXPECT_TRUE(PumpUntil([&] { return !errors.empty(); }));
   EXPECT_EQ(errors, (std::vector<std::int32_t>{edfAbsent}));
   EXPECT_TRUE(PumpUntil([&] { return player->SecondsPlayed() > 0.1f; }));
+  real.opens = true;
+  EXPECT_TRUE(PumpUntil([&] { return states.size() == 2 && real.running; })) << "it comes later";
 }
 
 TEST_F(LiveDeviceTest, WakesAHostThatWaitsOnTheDescriptor) {
   Begin();
-  player->Play();
   int positions = 0;
   player->events.Position.connect([&] { ++positions; });
+  player->Play();
   ASSERT_TRUE(WaitFor([&] {
     real.Pull(512);
     pollfd entry{bench->engine->WaitDescriptor(), POLLIN, 0};

@@ -70,32 +70,16 @@ TEST_F(OutputKeeperTest, ADeviceThatDiesIsReplacedAtOnceAndTriedAgainUntilItIsBa
   real.alive = real.opens = false;
   Pass(100ms);
   EXPECT_EQ(told, (Lines{"2002 card: unplugged"}));
-  EXPECT_TRUE(keeper.Lost());
-  EXPECT_TRUE(clock.running);
+  EXPECT_TRUE(keeper.Lost() && clock.running);
   Pass(3s);
   EXPECT_EQ(real.log, (Lines{"drop", "open", "open", "open"})) << "once a second";
   real.alive = real.opens = true;
   Pass(1s);
-  EXPECT_FALSE(keeper.Lost());
-  EXPECT_FALSE(clock.running);
-  EXPECT_TRUE(real.running);
-  EXPECT_EQ(told.size(), 2u);
-  EXPECT_EQ(told.back(), "card: the sound device is back");
+  EXPECT_TRUE(!keeper.Lost() && !clock.running && real.running);
+  EXPECT_EQ(told, (Lines{"2002 card: unplugged", "card: the sound device is back"}));
   real.alive = false;
   Pass(100ms);
   EXPECT_EQ(told.size(), 3u) << "each loss is told once";
-}
-
-TEST_F(OutputKeeperTest, ADeviceThatIsNotThereAtTheStartIsToldAndComesLater) {
-  real.opens = false;
-  ASSERT_TRUE(Begin());
-  EXPECT_EQ(told, (Lines{"2001 card: not there"}));
-  EXPECT_EQ(keeper.Shape().format.sampleRate, 48000);
-  Pass(1s);
-  EXPECT_TRUE(keeper.Lost());
-  real.opens = true;
-  Pass(1s);
-  EXPECT_FALSE(keeper.Lost());
 }
 
 TEST_F(OutputKeeperTest, ADeviceThatComesBackAtAnotherRateOrDoesNotStartIsLeftOut) {
@@ -108,8 +92,7 @@ TEST_F(OutputKeeperTest, ADeviceThatComesBackAtAnotherRateOrDoesNotStartIsLeftOu
   real.alive = true;
   real.starts = false;
   Pass(3s);
-  EXPECT_TRUE(keeper.Lost());
-  EXPECT_TRUE(clock.running) << "the clock was given its place back";
+  EXPECT_TRUE(keeper.Lost() && clock.running) << "the clock was given its place back";
   EXPECT_EQ(told.size(), 1u);
   real.starts = true;
   Pass(1s);

@@ -59,16 +59,6 @@ TEST_F(RingFeederTest, IsFilledAsFarAsAHostNeedsAndNoFurther) {
     EXPECT_GE(feeder.TargetFrames(), pulls * period + std::max(period, feeder.ReserveFrames())) << period;
     EXPECT_LE(feeder.TargetFrames(), std::max(kAdvance, kAdvance + 2 * period - 480)) << period;
   }
-  feeder.SetPeriod(kPeriod);
-  for (std::size_t taken : {0, 1, 512, 2000}) {
-    device->Pull(taken);
-    feeder.RenderAhead();
-    EXPECT_EQ(feeder.Ring().Fill(), feeder.TargetFrames());
-  }
-  feeder.SetPeriod(1024);
-  feeder.RenderAhead();
-  EXPECT_EQ(feeder.Ring().Fill(), feeder.TargetFrames());
-  EXPECT_GE(feeder.ReserveFrames(), 1024u);
 }
 
 // The second player is started from the first one's mark, by a host that comes back only when nearly the
@@ -81,7 +71,7 @@ TEST_F(RingFeederTest, AHostWithinTheAdvanceStartsOnTheExactFrame) {
   const auto added = AsFloat(second);
   for (std::size_t i = 0; i < added.size(); ++i) expected[mark * 2 + i] += added[i];
   a->AddPositionEvent({static_cast<float>(mark) / 48000.0f, 1, 0});
-  a->events.Mark.connect([&](std::int32_t, std::int32_t) { b->Play(); });
+  a->events.Mark.connect([&](auto...) { b->Play(); });
   b->Cue();
   a->Play();
   for (int round = 0; round < 30; ++round) {
@@ -122,26 +112,14 @@ TEST_F(RingFeederTest, AHostThatIsLateHearsUnbrokenSoundAndIsCounted) {
   EXPECT_TRUE(readersKeptUp);
 }
 
-TEST_F(RingFeederTest, AHostThatStaysAwayIsNotWaitedFor) {
-  auto player = bench.Player(bench.Wav("a", Unbroken(96000)));
-  player->Play();
-  PumpUp();
-  Take(2 * kAdvance);
-  EXPECT_LT(feeder.Ring().Fill(), feeder.TargetFrames()) << "given all the time there is";
-  Take(12000);
-  EXPECT_TRUE(WaitFor([&] {
-    feeder.RenderAhead();
-    return feeder.Ring().Fill() == feeder.TargetFrames();
-  }));
-  PumpUp();
-  Take(2 * kAdvance);
-  EXPECT_LT(feeder.Ring().Fill(), feeder.TargetFrames()) << "it is back";
-}
-
 TEST_F(RingFeederTest, ClipsTheSumAndOnlyTheSum) {
-  const std::vector<std::int16_t> full = {32767, -32768, 20000, -20000, 100, -100};
   std::vector<std::int16_t> samples;
-  for (int i = 0; i < 2000; ++i) samples.insert(samples.end(), full.begin(), full.end());
+  std::vector<float> expected;
+  for (int i = 0; i < 2000; ++i)
+    for (const int value : {32767, -32768, 20000, -20000, 100, -100}) {
+      samples.push_back(static_cast<std::int16_t>(value));
+      expected.push_back(std::clamp(static_cast<float>(value) / 16384, -1.0f, 1.0f));
+    }
   const std::string path = bench.Wav("a", samples);
   auto a = bench.Player(path), b = bench.Player(path);
   a->Play();
@@ -150,11 +128,6 @@ TEST_F(RingFeederTest, ClipsTheSumAndOnlyTheSum) {
     PumpUp();
     Take(2048);
   }
-  std::vector<float> sum;
-  for (std::int16_t value : full)
-    sum.push_back(std::clamp(static_cast<float>(value) / 16384.0f, -1.0f, 1.0f));
-  std::vector<float> expected;
-  for (int i = 0; i < 2000; ++i) expected.insert(expected.end(), sum.begin(), sum.end());
   EXPECT_GE(Find(device->heard, expected), 0);
 }
 

@@ -1,4 +1,6 @@
 #pragma once
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <memory>
 #include <string>
@@ -29,9 +31,11 @@ class MemorySink : public FrameSink {
 // An engine with one offline stereo device, and the files its controls play.
 class EngineBench {
  public:
-  explicit EngineBench(std::int32_t deviceRate = 0) : engine(AudioEngine::Create({}, 0.05)) {
-    device = engine->AddOutput(std::make_unique<OfflineDevice>("memory", std::make_unique<MemorySink>(heard),
-                                                               OutputFormat{deviceRate, 2}));
+  explicit EngineBench(std::int32_t deviceRate = 0)
+      : EngineBench(std::make_unique<OfflineDevice>("memory", std::make_unique<MemorySink>(heard),
+                                                    OutputFormat{deviceRate, 2})) {}
+  explicit EngineBench(std::unique_ptr<Device> output) : engine(AudioEngine::Create({}, 0.05)) {
+    device = engine->AddOutput(std::move(output));
   }
 
   std::unique_ptr<ctlVellanPlayer> Player() {
@@ -39,6 +43,17 @@ class EngineBench {
     player->SetDeviceType(2);
     player->SetDeviceNumber(device - 100);
     return player;
+  }
+  std::unique_ptr<ctlVellanPlayer> Player(const std::string& file) {
+    auto player = Player();
+    EXPECT_EQ(player->Open(file), 0) << file;
+    return player;
+  }
+  // From the cue to the end of all sound.
+  void PlayOut(ctlVellanPlayer& player) {
+    player.Cue();
+    player.Play();
+    Run();
   }
 
   // A 16-bit stereo WAV file of these samples.
@@ -51,11 +66,8 @@ class EngineBench {
   std::string SineWav(const std::string& name, double seconds, double hertz, double amplitude = 1.0,
                       std::uint32_t rate = 44100) {
     std::vector<std::int16_t> samples;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(seconds * rate); ++i) {
-      const auto value = static_cast<std::int16_t>(std::lrint(
-          amplitude * 32767 * std::sin(2 * std::numbers::pi * hertz * static_cast<double>(i) / rate)));
-      samples.insert(samples.end(), {value, value});
-    }
+    for (const float value : Sine(rate, static_cast<std::size_t>(seconds * rate), 1, hertz, amplitude))
+      samples.insert(samples.end(), 2, static_cast<std::int16_t>(std::lrint(value * 32767)));
     return Wav(name, samples, rate);
   }
 

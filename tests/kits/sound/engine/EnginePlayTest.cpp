@@ -11,67 +11,73 @@ using test::Noise16;
 using test::Record;
 using Lines = std::vector<std::string>;
 
-TEST(EnginePlay, PassesTheSamplesBetweenAudioStartAndAudioEndUnchanged) {
+// A second of noise in a player that is listened to.
+class EnginePlay : public testing::Test {
+ protected:
+  EnginePlay() { Record(*player, *bench.engine, lines); }
+  void SetLoop(std::int32_t count) {
+    player->SetLoopStart(0.2f);
+    player->SetLoopEnd(0.5f);
+    player->SetUseLoop(true);
+    player->SetLoopCount(count);
+  }
+  // These parts of the file, one after the other, and nothing else.
+  void ExpectHeard(const std::vector<std::pair<std::size_t, std::size_t>>& parts) {
+    std::size_t at = 0;
+    for (const auto& [from, to] : parts)
+      for (std::size_t i = from; i < to; ++i, ++at)
+        for (std::size_t c = 0; c < 2; ++c) ASSERT_EQ(bench.Heard16(at, c), noise[2 * i + c]) << at;
+    EXPECT_EQ(at, bench.HeardFrames());
+  }
+
   EngineBench bench;
-  const auto noise = Noise16(2 * 44100);
-  auto player = bench.Player();
+  const std::vector<std::int16_t> noise = Noise16(2 * 44100);
+  const std::string path = bench.Wav("a", noise);
+  std::unique_ptr<ctlVellanPlayer> player = bench.Player(path);
   Lines lines;
-  Record(*player, *bench.engine, lines);
-  ASSERT_EQ(player->Open(bench.Wav("a", noise)), 0);
+};
+
+TEST_F(EnginePlay, PassesTheSamplesBetweenAudioStartAndAudioEndUnchanged) {
   player->SetAudioEnd(0.75f);
   player->SetAudioStart(0.25f);
   ASSERT_TRUE(player->Cue());
   EXPECT_EQ(player->SecondsPlayed(), 0.25f);
   ASSERT_TRUE(player->Play());
   bench.Run();
-  ASSERT_EQ(bench.HeardFrames(), 22050u);
-  for (std::size_t i = 0; i < 22050; ++i)
-    for (std::size_t c = 0; c < 2; ++c) ASSERT_EQ(bench.Heard16(i, c), noise[(11025 + i) * 2 + c]) << i;
+  ExpectHeard({{11025, 33075}});
   EXPECT_EQ(lines, (Lines{"22050 AudioEnd"}));
   EXPECT_EQ(player->SecondsPlayed(), 0.75f);
   EXPECT_EQ(player->SecondsRemaining(), 0);
 }
 
 // Marks on awkward positions: the position told with each is at or behind it, in single precision.
-TEST(EnginePlay, TellsEachMarkAtItsExactFrameWithItsPositionFirst) {
-  struct Row {
-    float seconds;
-    std::int64_t frame;
-  };
-  const Row rows[] = {
-      {0.1f, 4410}, {0.333333f, 14700}, {0.5000113f, 22050}, {0.69999f, 30870}, {1.0f, 44100}};
-  EngineBench bench;
-  const std::string path = bench.Wav("a", Noise16(2 * 44100));
-  for (const Row& row : rows) {
-    auto player = bench.Player();
-    ASSERT_EQ(player->Open(path), 0);
-    player->AddPositionEvent({row.seconds, 61, 5});
+TEST_F(EnginePlay, TellsEachMarkAtItsExactFrameWithItsPositionFirst) {
+  for (const auto& [seconds, frame] :
+       {std::pair{0.1f, 4410}, {0.333333f, 14700}, {0.5000113f, 22050}, {0.69999f, 30870}, {1.0f, 44100}}) {
+    auto marked = bench.Player(path);
+    marked->AddPositionEvent({seconds, 61, 5});
     const std::int64_t start = bench.engine->Frame();
     float told = -1;
-    std::int64_t frame = -1;
-    player->events.Position.connect([&] { told = player->SecondsPlayed(); });
-    player->events.Mark.connect([&](std::int32_t id, std::int32_t tag) {
-      EXPECT_EQ(id, 61);
-      EXPECT_EQ(tag, 5);
-      EXPECT_EQ(frame, -1) << "once";
-      frame = bench.engine->Frame() - start;
-      EXPECT_GE(told, row.seconds);
-      EXPECT_GE(player->SecondsPlayed(), row.seconds);
-      EXPECT_LT(told, row.seconds + 1e-4f);
+    std::int64_t at = -1;
+    marked->events.Position.connect([&] { told = marked->SecondsPlayed(); });
+    marked->events.Mark.connect([&, seconds = seconds](std::int32_t id, std::int32_t tag) {
+      EXPECT_EQ(std::pair(id, tag), std::pair(61, 5));
+      EXPECT_EQ(at, -1) << "once";
+      at = bench.engine->Frame() - start;
+      EXPECT_GE(told, seconds);
+      EXPECT_GE(marked->SecondsPlayed(), seconds);
+      EXPECT_LT(told, seconds + 1e-4f);
     });
-    player->Cue();
-    player->Play();
-    bench.Run();
-    EXPECT_EQ(frame, row.frame) << row.seconds;
+    bench.PlayOut(*marked);
+    EXPECT_EQ(at, frame) << seconds;
   }
 }
 
 // Several frames of the file fall on one of a slower device: each mark still comes, and comes once.
-TEST(EnginePlay, TellsEachMarkOnceWhateverTheRates) {
+TEST(EngineRates, TellEachMarkOnce) {
   for (const std::int32_t deviceRate : {8000, 44100, 48000, 96000}) {
     EngineBench bench(deviceRate);
-    auto player = bench.Player();
-    ASSERT_EQ(player->Open(bench.Wav("a", Noise16(2 * 4800), 48000)), 0);
+    auto player = bench.Player(bench.Wav("a", Noise16(2 * 4800), 48000));
     std::vector<int> told(40);
     for (std::int32_t id = 0; id < 40; ++id)
       player->AddPositionEvent({0.02f + static_cast<float>(id) / 48000, id, 0});
@@ -87,56 +93,22 @@ TEST(EnginePlay, TellsEachMarkOnceWhateverTheRates) {
   }
 }
 
-TEST(EnginePlay, TellsPositionsTwentyFiveTimesASecondWithLevels) {
-  EngineBench bench;
-  auto player = bench.Player();
-  ASSERT_EQ(player->Open(bench.SineWav("a", 2, 441, 0.5)), 0);
-  std::vector<float> positions;
-  std::vector<std::int16_t> levels;
-  player->events.Position.connect([&] { positions.push_back(player->SecondsPlayed()); });
+TEST_F(EnginePlay, TellsPositionsTwentyFiveTimesASecondWithLevels) {
+  ASSERT_EQ(player->Open(bench.SineWav("sine", 2, 441, 0.5)), 0);
+  int positions = 0, levels = 0;
+  player->events.Position.connect(
+      [&] { EXPECT_FLOAT_EQ(player->SecondsPlayed(), 0.04f * static_cast<float>(++positions)); });
   player->events.Level.connect([&](std::int16_t left, std::int16_t right) {
     EXPECT_EQ(left, right);
-    levels.push_back(left);
+    EXPECT_NEAR(left, 16384, 40);
+    ++levels;
   });
-  player->Cue();
-  player->Play();
-  bench.Run();
-  ASSERT_EQ(positions.size(), 50u);
-  for (std::size_t i = 0; i < positions.size(); ++i)
-    EXPECT_FLOAT_EQ(positions[i], 0.04f * static_cast<float>(i + 1));
-  ASSERT_EQ(levels.size(), 50u);
-  for (const std::int16_t level : levels) EXPECT_NEAR(level, 16384, 40);
+  bench.PlayOut(*player);
+  EXPECT_EQ(positions, 50);
+  EXPECT_EQ(levels, 50);
 }
 
-// One control's mark starts another: every sample of the sum is where it belongs.
-TEST(EnginePlay, StartsAnotherPlayerOnTheVeryFrameOfAMark) {
-  for (const float extro : {0.3f, 0.4321987f, 0.5f}) {
-    EngineBench bench;
-    const auto first = Noise16(2 * 22050, 0.4, 1), second = Noise16(2 * 22050, 0.4, 2);
-    auto one = bench.Player(), two = bench.Player();
-    ASSERT_EQ(one->Open(bench.Wav("1", first)), 0);
-    ASSERT_EQ(two->Open(bench.Wav("2", second)), 0);
-    one->AddPositionEvent({extro, 61, 0});
-    one->events.Mark.connect([&](std::int32_t, std::int32_t) { two->Play(); });
-    one->Cue();
-    two->Cue();
-    one->Play();
-    bench.Run();
-    const auto start = static_cast<std::size_t>(std::rint(static_cast<double>(extro) * 44100));
-    ASSERT_EQ(bench.HeardFrames(), start + 22050);
-    for (std::size_t i = 0; i < bench.HeardFrames(); ++i) {
-      const std::int32_t expected =
-          (i < 22050 ? first[2 * i] : 0) + (i >= start ? second[2 * (i - start)] : 0);
-      ASSERT_EQ(bench.Heard16(i), expected) << i;
-    }
-  }
-}
-
-TEST(EnginePlay, GoesOnWithTheNextFileAtTheFrameOfTheEnd) {
-  EngineBench bench;
-  const auto noise = Noise16(2 * 30000);
-  const std::string path = bench.Wav("a", noise);
-  auto player = bench.Player();
+TEST_F(EnginePlay, GoesOnWithTheNextFileAtTheFrameOfTheEnd) {
   int runs = 0;
   player->events.AudioEnd.connect([&] {
     if (++runs == 3) return;
@@ -144,88 +116,49 @@ TEST(EnginePlay, GoesOnWithTheNextFileAtTheFrameOfTheEnd) {
     EXPECT_EQ(player->Open(path), 0);
     EXPECT_TRUE(player->Play());
   });
-  ASSERT_EQ(player->Open(path), 0);
   player->Play();
   bench.Run();
-  ASSERT_EQ(bench.HeardFrames(), 90000u);
-  for (std::size_t i = 0; i < 90000; ++i) ASSERT_EQ(bench.Heard16(i), noise[2 * (i % 30000)]) << i;
+  ExpectHeard({{0, 44100}, {0, 44100}, {0, 44100}});
 }
 
-TEST(EnginePlay, LoopsWithoutLosingOrDoublingASample) {
-  EngineBench bench;
-  const auto noise = Noise16(2 * 44100);
-  auto player = bench.Player();
-  Lines lines;
-  Record(*player, *bench.engine, lines);
-  ASSERT_EQ(player->Open(bench.Wav("a", noise)), 0);
-  player->SetLoopStart(0.2f);
-  player->SetLoopEnd(0.5f);
-  player->SetUseLoop(true);
-  player->SetLoopCount(3);
+TEST_F(EnginePlay, LoopsWithoutLosingOrDoublingASample) {
+  SetLoop(3);
   player->AddPositionEvent({0.3f, 31, 0});
   player->AddPositionEvent({0.6f, 61, 0});
-  player->Cue();
-  player->Play();
-  bench.Run();
-  std::size_t at = 0;
-  const auto expect = [&](std::size_t from, std::size_t to) {
-    for (std::size_t i = from; i < to; ++i, ++at) ASSERT_EQ(bench.Heard16(at), noise[2 * i]) << at;
-  };
-  expect(0, 22050);
-  expect(8820, 22050);
-  expect(8820, 44100);
-  EXPECT_EQ(at, bench.HeardFrames());
+  bench.PlayOut(*player);
+  ExpectHeard({{0, 22050}, {8820, 22050}, {8820, 44100}});
   EXPECT_EQ(lines, (Lines{"13230 Mark 31", "22050 LoopRestart", "26460 Mark 31", "35280 LoopRestart",
                           "39690 Mark 31", "48510 LoopCompleted", "52920 Mark 61", "70560 AudioEnd"}));
 }
 
-TEST(EnginePlay, ALoopReleasedRunsToTheEndOfItsPass) {
-  EngineBench bench;
-  const auto noise = Noise16(2 * 44100);
-  auto player = bench.Player();
-  Lines lines;
-  Record(*player, *bench.engine, lines);
-  ASSERT_EQ(player->Open(bench.Wav("a", noise)), 0);
-  player->SetLoopStart(0.2f);
-  player->SetLoopEnd(0.5f);
-  player->SetUseLoop(true);
-  player->SetLoopCount(1000);
-  player->Cue();
+TEST_F(EnginePlay, ALoopReleasedRunsToTheEndOfItsPass) {
+  SetLoop(1000);
   int turns = 0;
   player->events.LoopRestart.connect([&] {
     EXPECT_TRUE(player->InLoop());
     if (++turns == 2) player->SetUseLoop(false);
   });
-  player->Play();
-  bench.Run();
-  // Two turns were heard; the pass under way ends at the loop's end and goes on without a seam.
-  ASSERT_EQ(bench.HeardFrames(), 44100u + 2 * 13230);
-  for (std::size_t i = 35280; i < bench.HeardFrames(); ++i)
-    ASSERT_EQ(bench.Heard16(i), noise[2 * (i - 35280 + 8820)]) << i;
+  bench.PlayOut(*player);
+  ExpectHeard({{0, 22050}, {8820, 22050}, {8820, 44100}});
 }
 
-TEST(EnginePlay, ResamplesAndStretchesToTheExactLength) {
-  struct Row {
+TEST(EngineRates, ResampleAndStretchToTheExactLength) {
+  const struct {
     std::uint32_t fileRate;
     std::int32_t deviceRate;
-    float speed;
-    float stretch;
-  };
-  const Row rows[] = {{44100, 48000, 1, 1},       {48000, 44100, 1, 1},    {8000, 44100, 1, 1},
-                      {44100, 44100, 1.06f, 1},   {44100, 44100, 1, 1.1f}, {22050, 48000, 1, 0.9f},
-                      {44100, 48000, 0.5f, 1.25f}};
-  for (const Row& row : rows) {
+    float speed, stretch;
+  } rows[] = {{44100, 48000, 1, 1},       {48000, 44100, 1, 1},    {8000, 44100, 1, 1},
+              {44100, 44100, 1.06f, 1},   {44100, 44100, 1, 1.1f}, {22050, 48000, 1, 0.9f},
+              {44100, 48000, 0.5f, 1.25f}};
+  for (const auto& row : rows) {
     EngineBench bench(row.deviceRate);
-    auto player = bench.Player();
+    auto player = bench.Player(bench.SineWav("a", 1.5, 500, 0.5, row.fileRate));
     Lines lines;
     Record(*player, *bench.engine, lines);
-    ASSERT_EQ(player->Open(bench.SineWav("a", 1.5, 500, 0.5, row.fileRate)), 0);
     player->SetPlaySpeed(row.speed);
     player->SetTimeStretchRatio(row.stretch);
     player->AddPositionEvent({0.75f, 61, 0});
-    player->Cue();
-    player->Play();
-    bench.Run();
+    bench.PlayOut(*player);
     const double ratio = static_cast<double>(row.deviceRate) /
                          (row.fileRate * static_cast<double>(row.speed)) * static_cast<double>(row.stretch);
     const auto mark = std::llrint(std::rint(0.75 * row.fileRate) * ratio),
@@ -241,72 +174,49 @@ TEST(EnginePlay, ResamplesAndStretchesToTheExactLength) {
   }
 }
 
-TEST(EnginePlay, AFileThatBreaksOffIsAnErrorAndThenTheEnd) {
-  EngineBench bench;
-  const std::string path = bench.Wav("a", Noise16(2 * 44100));
-  auto player = bench.Player();
-  Lines lines;
-  Record(*player, *bench.engine, lines);
-  ASSERT_EQ(player->Open(path), 0);
+TEST_F(EnginePlay, AFileThatBreaksOffIsAnErrorAndThenTheEnd) {
   player->AddPositionEvent({0.9f, 61, 0});
   std::filesystem::resize_file(path, 44 + 4 * 20000);
-  player->Cue();
-  player->Play();
-  bench.Run();
+  bench.PlayOut(*player);
   ASSERT_EQ(lines.size(), 2u);
   EXPECT_TRUE(lines[0].starts_with("20000 Error ")) << lines[0];
   EXPECT_EQ(lines[1], "20000 AudioEnd");
 }
 
-TEST(EnginePlay, RefusesWhatItCannotOpenAndSaysWhy) {
-  EngineBench bench;
+TEST_F(EnginePlay, RefusesWhatItCannotOpenAndSaysWhy) {
   test::WriteBytes(bench.folder.File("empty.wav"), "");
-  auto player = bench.Player();
-  std::string said;
-  player->events.Error.connect([&](std::int32_t number, const std::string& text) {
-    EXPECT_NE(number, 0);
-    said = text;
-  });
   for (const char* name : {"missing.wav", "empty.wav", ""}) {
-    said.clear();
+    lines.clear();
     EXPECT_NE(player->Open(bench.folder.File(name)), 0) << name;
-    EXPECT_NE(said, "") << name;
+    EXPECT_EQ(lines.size(), 1u) << name;
     EXPECT_FALSE(player->Play());
   }
   player->SetDeviceNumber(7);
-  said.clear();
-  EXPECT_NE(player->Open(bench.Wav("a", Noise16(200))), 0);
-  EXPECT_NE(said, "");
+  EXPECT_NE(player->Open(path), 0);
+  ASSERT_EQ(lines.size(), 2u);
+  for (const std::string& line : lines) EXPECT_GT(line.size(), std::string("0 Error ").size());
 }
 
 // A control may be closed or destroyed from any of its notifications.
-TEST(EnginePlay, SurvivesItsOwnEndFromWithinAnyNotification) {
-  EngineBench bench;
-  const std::string path = bench.Wav("a", Noise16(2 * 44100));
-  for (int destroyed = 0; destroyed < 2; ++destroyed) {
-    for (int which = 0; which < 4; ++which) {
-      std::unique_ptr<ctlVellanPlayer> player = bench.Player();
-      bool over = false;
-      const auto end = [&] {
-        over = true;
-        if (destroyed) {
-          player.reset();
-        } else {
-          player->Close();
-        }
-      };
-      ASSERT_EQ(player->Open(path), 0);
-      player->AddPositionEvent({0.5f, 31, 0});
-      player->AddPositionEvent({0.5f, 61, 0});
-      if (which == 0) player->events.Position.connect(end);
-      if (which == 1) player->events.Level.connect([&](std::int16_t, std::int16_t) { end(); });
-      if (which == 2) player->events.Mark.connect([&](std::int32_t, std::int32_t) { end(); });
-      if (which == 3) player->events.AudioEnd.connect(end);
-      player->Cue();
-      player->Play();
-      bench.Run();
-      EXPECT_TRUE(over);
-    }
+TEST_F(EnginePlay, SurvivesItsOwnEndFromWithinAnyNotification) {
+  for (int which = 0; which < 8; ++which) {
+    player = bench.Player(path);
+    bool over = false;
+    const auto end = [&](auto...) {
+      over = true;
+      if (which < 4)
+        player.reset();
+      else
+        player->Close();
+    };
+    player->AddPositionEvent({0.5f, 31, 0});
+    player->AddPositionEvent({0.5f, 61, 0});
+    if (which % 4 == 0) player->events.Position.connect(end);
+    if (which % 4 == 1) player->events.Level.connect(end);
+    if (which % 4 == 2) player->events.Mark.connect(end);
+    if (which % 4 == 3) player->events.AudioEnd.connect(end);
+    bench.PlayOut(*player);
+    EXPECT_TRUE(over) << which;
   }
 }
 

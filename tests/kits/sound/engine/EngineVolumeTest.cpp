@@ -22,18 +22,11 @@ double GainAt(const EngineBench& bench, std::size_t frame) {
 
 TEST(EngineVolume, FadesFrameByFrameAndTellsItsPoints) {
   EngineBench bench;
-  auto player = bench.Player();
+  auto player = bench.Player(ConstantWav(bench, 2));
   Lines lines;
   Record(*player, *bench.engine, lines);
-  ASSERT_EQ(player->Open(ConstantWav(bench, 2)), 0);
   player->Cue();
-  tyVolumeChange fade{.Reference = 3,
-                      .StartTime = 0.5f,
-                      .Duration = 1,
-                      .StartVolume = 100,
-                      .EndVolume = 0,
-                      .NotifyVolume = 65};
-  ASSERT_TRUE(player->AddVolumeChange(fade));
+  ASSERT_TRUE(player->AddVolumeChange({3, 0.5f, 1, 100, 0, 65}));
   player->Play();
   bench.Run();
   for (std::size_t i = 0; i < 88200; i += 97) {
@@ -47,25 +40,18 @@ TEST(EngineVolume, FadesFrameByFrameAndTellsItsPoints) {
 }
 
 TEST(EngineVolume, NotifiesByTheLevelWhereverTheRampBegins) {
-  struct Row {
+  const struct {
     float start, end, notify;
-    const char* told;  // frame of the notification, from the start of the ramp; "" for never
-  };
-  const Row rows[] = {{100, 0, 65, "15435"}, {50, 0, 65, "0"}, {100, 80, 65, ""},    {0, 100, 25, "11025"},
-                      {80, 100, 25, "0"},    {100, 0, -1, ""}, {100, 0, 0, "44100"}, {40, 40, 40, "0"}};
-  for (const Row& row : rows) {
+    const char* told;  // frame of the notification; "" for never
+  } rows[] = {{100, 0, 65, "15435"}, {50, 0, 65, "0"}, {100, 80, 65, ""},    {0, 100, 25, "11025"},
+              {80, 100, 25, "0"},    {100, 0, -1, ""}, {100, 0, 0, "44100"}, {40, 40, 40, "0"}};
+  for (const auto& row : rows) {
     EngineBench bench;
-    auto player = bench.Player();
+    auto player = bench.Player(ConstantWav(bench, 1.5));
     std::string told;
     player->events.VolumeNotify.connect([&](std::int16_t) { told = std::to_string(bench.engine->Frame()); });
-    ASSERT_EQ(player->Open(ConstantWav(bench, 1.5)), 0);
     player->Cue();
-    player->AddVolumeChange({.Reference = 3,
-                             .StartTime = 0,
-                             .Duration = 1,
-                             .StartVolume = row.start,
-                             .EndVolume = row.end,
-                             .NotifyVolume = row.notify});
+    player->AddVolumeChange({3, 0, 1, row.start, row.end, row.notify});
     player->Play();
     bench.Run();
     EXPECT_EQ(told, row.told) << row.start << " to " << row.end << " notify " << row.notify;
@@ -74,22 +60,12 @@ TEST(EngineVolume, NotifiesByTheLevelWhereverTheRampBegins) {
 
 TEST(EngineVolume, ReturnsAfterAChangeThatIsNotPermanentAndStartsALateOneAtOnce) {
   EngineBench bench;
-  auto player = bench.Player();
-  ASSERT_EQ(player->Open(ConstantWav(bench, 3)), 0);
+  auto player = bench.Player(ConstantWav(bench, 3));
   player->SetVolume(80);
   player->Cue();
-  player->AddVolumeChange({.Reference = 10,
-                           .StartTime = 0.5f,
-                           .Duration = 0.1f,
-                           .StartVolume = 80,
-                           .EndVolume = 30,
-                           .NotifyVolume = -1,
-                           .SetVolumePermanently = false});
+  player->AddVolumeChange({10, 0.5f, 0.1f, 80, 30, -1, true, false});
   player->AddPositionEvent({1.0f, 31, 0});
-  player->events.Mark.connect([&](std::int32_t, std::int32_t) {
-    player->AddVolumeChange(
-        {.Reference = 11, .StartTime = 0.2f, .Duration = 1, .StartVolume = 80, .EndVolume = 20});
-  });
+  player->events.Mark.connect([&](auto...) { player->AddVolumeChange({11, 0.2f, 1, 80, 20}); });
   player->Play();
   bench.Run();
   EXPECT_NEAR(GainAt(bench, 22000), 0.8, 1e-6);
@@ -101,19 +77,14 @@ TEST(EngineVolume, ReturnsAfterAChangeThatIsNotPermanentAndStartsALateOneAtOnce)
 
 TEST(EngineVolume, TellsWholeStepsOfARampAndEveryVolumeSetByHand) {
   EngineBench bench;
-  auto player = bench.Player();
+  auto player = bench.Player(ConstantWav(bench, 1));
   std::vector<float> told;
   player->events.Volume.connect([&](float volume) { told.push_back(volume); });
-  ASSERT_EQ(player->Open(ConstantWav(bench, 1)), 0);
-  player->SetVolume(130);
-  player->SetVolume(-5);
-  player->SetVolume(0);
-  player->SetVolume(101);
+  for (const float volume : {130.0f, -5.0f, 0.0f, 101.0f}) player->SetVolume(volume);
   EXPECT_EQ(told, (std::vector<float>{0, 100})) << "clamped, and only where it changed";
   told.clear();
   player->Cue();
-  player->AddVolumeChange(
-      {.Reference = 3, .StartTime = 0, .Duration = 0.8f, .StartVolume = 100, .EndVolume = 0});
+  player->AddVolumeChange({3, 0, 0.8f, 100, 0});
   player->Play();
   bench.Run();
   ASSERT_EQ(told.size(), 20u);
@@ -123,37 +94,31 @@ TEST(EngineVolume, TellsWholeStepsOfARampAndEveryVolumeSetByHand) {
 // A full-scale low sine moves by at most 2 pi f / rate a sample; a ramp of 5 ms adds at most 1 / 220 of the
 // level on each side of a seam.
 TEST(EngineVolume, NothingClicks) {
-  using Command = std::function<void(ctlVellanPlayer&)>;
-  struct Row {
+  const struct {
     const char* name;
-    Command command;
-  };
-  const Row rows[] = {
-      {"pause", [](ctlVellanPlayer& p) { p.Pause(); }},
-      {"pause and resume", [](ctlVellanPlayer& p) { p.Pause(), p.Play(); }},
-      {"stop", [](ctlVellanPlayer& p) { p.Cue(); }},
-      {"close", [](ctlVellanPlayer& p) { p.Close(); }},
-      {"seek", [](ctlVellanPlayer& p) { p.Seek(71.3); }},
-      {"leave the loop", [](ctlVellanPlayer& p) { p.ExitLoop(); }},
-      {"volume down", [](ctlVellanPlayer& p) { p.SetVolume(0); }},
-      {"volume up", [](ctlVellanPlayer& p) { p.SetVolume(20), p.SetVolume(100); }},
-      {"volume jump",
-       [](ctlVellanPlayer& p) {
-         p.AddVolumeChange(
-             {.Reference = 1, .StartTime = 0, .Duration = 0, .StartVolume = 100, .EndVolume = 0});
-       }},
-      {"speed", [](ctlVellanPlayer& p) { p.SetPlaySpeed(1.04f); }},
-      {"stretch", [](ctlVellanPlayer& p) { p.SetTimeStretchRatio(1.1f); }},
-  };
+    void (*command)(ctlVellanPlayer&);
+  } rows[] = {{"pause", [](ctlVellanPlayer& p) { p.Pause(); }},
+              {"pause and resume", [](ctlVellanPlayer& p) { p.Pause(), p.Play(); }},
+              {"stop", [](ctlVellanPlayer& p) { p.Cue(); }},
+              {"close", [](ctlVellanPlayer& p) { p.Close(); }},
+              {"seek", [](ctlVellanPlayer& p) { p.Seek(71.3); }},
+              {"leave the loop", [](ctlVellanPlayer& p) { p.ExitLoop(); }},
+              {"volume down", [](ctlVellanPlayer& p) { p.SetVolume(0); }},
+              {"volume up", [](ctlVellanPlayer& p) { p.SetVolume(20), p.SetVolume(100); }},
+              {"volume jump",
+               [](ctlVellanPlayer& p) {
+                 p.AddVolumeChange({1, 0, 0, 100, 0});
+               }},
+              {"speed", [](ctlVellanPlayer& p) { p.SetPlaySpeed(1.04f); }},
+              {"stretch", [](ctlVellanPlayer& p) { p.SetTimeStretchRatio(1.1f); }}};
   constexpr double kHertz = 50;
   const float bound = static_cast<float>(2 * std::numbers::pi * kHertz / 44100 + 2.0 / 220);
   for (const std::int32_t deviceRate : {44100, 48000}) {
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
       // Several moments, so that crests and zero crossings are both hit.
       for (const std::int64_t moment : {30000, 30200, 30441, 30700}) {
         EngineBench bench(deviceRate);
-        auto player = bench.Player();
-        ASSERT_EQ(player->Open(bench.SineWav("a", 3, kHertz)), 0);
+        auto player = bench.Player(bench.SineWav("a", 3, kHertz));
         player->SetLoopStart(0.2f);
         player->SetLoopEnd(1.0f);
         player->SetUseLoop(true);
@@ -161,7 +126,7 @@ TEST(EngineVolume, NothingClicks) {
         player->Cue();
         player->AddPositionEvent({static_cast<float>(moment) / 44100, 31, 0});
         int seams = 0;
-        player->events.Mark.connect([&](std::int32_t, std::int32_t) {
+        player->events.Mark.connect([&](auto...) {
           if (seams++ == 0) row.command(*player);
           player->SetUseLoop(false);
         });
@@ -178,16 +143,13 @@ TEST(EngineVolume, NothingClicks) {
 TEST(EngineVolume, PauseGoesOnWhereItStopped) {
   EngineBench bench;
   const auto noise = test::Noise16(2 * 44100);
-  auto player = bench.Player();
-  ASSERT_EQ(player->Open(bench.Wav("a", noise)), 0);
+  auto player = bench.Player(bench.Wav("a", noise));
   player->AddPositionEvent({0.5f, 31, 0});
-  player->events.Mark.connect([&](std::int32_t, std::int32_t) {
+  player->events.Mark.connect([&](auto...) {
     player->Pause();
     EXPECT_EQ(player->SecondsPlayed(), 0.5f);
   });
-  player->Cue();
-  player->Play();
-  bench.Run();
+  bench.PlayOut(*player);
   const std::size_t ramp = 220;
   ASSERT_EQ(bench.HeardFrames(), 22050 + ramp);
   player->Play();

@@ -68,23 +68,5 @@ TEST(PlayPlan, AgreesWithAWalkStepByStep) {
   }
 }
 
-TEST(PlayPlan, OutFramesAreToTheNearestAndInvertible) {
-  for (const double resampling : {1.0, 48000.0 / 44100, 44100.0 / 48000, 8000.0 / 96000, 6.0}) {
-    for (const double stretch : {1.0, 0.9, 1.37}) {
-      PlayPlan plan;
-      plan.end = 100000;
-      plan.resampling = resampling;
-      plan.stretch = stretch;
-      for (std::int64_t way = 0; way < 5000; way += 7) {
-        EXPECT_NEAR(static_cast<double>(plan.Out(way)), static_cast<double>(way) * resampling * stretch,
-                    0.5000001);
-        const std::int64_t back = plan.WayAtOut(plan.Out(way));
-        EXPECT_EQ(plan.Out(back), plan.Out(way));
-        EXPECT_TRUE(back == 0 || plan.Out(back - 1) < plan.Out(way)) << "the smallest such way";
-      }
-    }
-  }
-}
-
 }  // namespace
 }  // namespace qm

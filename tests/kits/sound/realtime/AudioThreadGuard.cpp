@@ -66,35 +66,20 @@ void* __libc_memalign(size_t, size_t);
 void __libc_free(void*);
 
 // What the search for the others may itself need.
-void* malloc(size_t size) {
-  Forbid("malloc");
-  return __libc_malloc(size);
-}
-void* calloc(size_t count, size_t size) {
-  Forbid("calloc");
-  return __libc_calloc(count, size);
-}
-void* realloc(void* block, size_t size) {
-  Forbid("realloc");
-  return __libc_realloc(block, size);
-}
-void* memalign(size_t alignment, size_t size) {
-  Forbid("memalign");
-  return __libc_memalign(alignment, size);
-}
-void* aligned_alloc(size_t alignment, size_t size) {
-  Forbid("aligned_alloc");
-  return __libc_memalign(alignment, size);
-}
-int posix_memalign(void** block, size_t alignment, size_t size) {
-  Forbid("posix_memalign");
-  *block = __libc_memalign(alignment, size);
-  return *block ? 0 : 12;
-}
-void free(void* block) {
-  Forbid("free");
-  __libc_free(block);
-}
+#define QM_FORBIDDEN_MEMORY(result, name, parameters, ...) \
+  result name parameters {                                 \
+    Forbid(#name);                                         \
+    __VA_ARGS__;                                           \
+  }
+
+QM_FORBIDDEN_MEMORY(void*, malloc, (size_t size), return __libc_malloc(size))
+QM_FORBIDDEN_MEMORY(void*, calloc, (size_t count, size_t size), return __libc_calloc(count, size))
+QM_FORBIDDEN_MEMORY(void*, realloc, (void* block, size_t size), return __libc_realloc(block, size))
+QM_FORBIDDEN_MEMORY(void*, memalign, (size_t to, size_t size), return __libc_memalign(to, size))
+QM_FORBIDDEN_MEMORY(void*, aligned_alloc, (size_t to, size_t size), return __libc_memalign(to, size))
+QM_FORBIDDEN_MEMORY(int, posix_memalign, (void** block, size_t to, size_t size),
+                    return (*block = __libc_memalign(to, size)) ? 0 : 12)
+QM_FORBIDDEN_MEMORY(void, free, (void* block), __libc_free(block))
 
 #define QM_FORBIDDEN(result, name, parameters, arguments)       \
   result name parameters {                                      \

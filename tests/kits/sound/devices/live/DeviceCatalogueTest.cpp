@@ -24,18 +24,12 @@ TEST(DeviceCatalogue, WithoutServerAndCardTheListIsEmptyAndNothingIsPrinted) {
   testing::internal::CaptureStderr();
   testing::internal::CaptureStdout();
   for (enSoundServer server : {essJACK, essPulseAudio}) {
-    EXPECT_TRUE(DeviceCatalogue(server).Outputs().empty()) << server;
-    EXPECT_TRUE(DeviceCatalogue(server).Inputs().empty()) << server;
-    RtAudioOutput output(server);
+    EXPECT_TRUE(DeviceCatalogue(server).Outputs().empty() && DeviceCatalogue(server).Inputs().empty());
     std::string error;
-    EXPECT_FALSE(output.Open({}, eomNearest, error)) << server;
+    EXPECT_FALSE(RtAudioOutput(server).Open({}, eomNearest, error)) << server;
     EXPECT_EQ(error, "default: no such sound device");
   }
-  DeviceCatalogue any;
-  any.Outputs();
-  any.Refresh();
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  EXPECT_EQ(testing::internal::GetCapturedStderr() + testing::internal::GetCapturedStdout(), "");
 }
 
 TEST(DeviceCatalogue, ListsDevicesByNameAndFindsThemAgain) {

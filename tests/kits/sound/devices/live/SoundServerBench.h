@@ -15,8 +15,7 @@
 #include "kits/sound/devices/DeviceBench.h"
 #include "kits/sound/devices/SoundServers.h"
 
-// Sound servers that need no screen and no card, each in surroundings of its own, and recorders of what they
-// play.
+// Sound servers that need no screen and no card, and recorders of what they play.
 namespace qm::test {
 
 // A program that runs beside the test and ends with it.
