@@ -20,14 +20,12 @@ std::string TextOf(const DeskLine& line) {
 DeskState Studio(int players) {
   DeskState state;
   for (int number = 1; number <= players; ++number) {
+    const auto reference = static_cast<std::int16_t>(number);
     DeskPlayer player;
-    player.number = static_cast<std::int16_t>(number);
+    player.number = reference, player.firstKey = static_cast<std::int16_t>(reference * 4 - 3);
     player.title = "Caf\u00e9 \u97f3\u697d \u97f3\u697d \u97f3\u697d \u97f3\u697d \u97f3\u697d \u97f3\u697d";
     player.status = number % 2 ? psPlaying : psClosed;
-    player.hasExtro = true;
-    player.toExtro = 3725.5f;
-    player.toEnd = 3730;
-    player.firstKey = static_cast<std::int16_t>(number * 4 - 3);
+    player.hasExtro = true, player.toExtro = 3725.5f, player.toEnd = 3730;
     player.chosen = number == players;
     state.players.push_back(player);
   }
@@ -39,7 +37,7 @@ DeskState Studio(int players) {
   return state;
 }
 
-TEST(DeskPicture, FillsEveryWindowToTheCell) {
+TEST(DeskPicture, FillsEveryWindowToTheCellWithTheChosenFileInSight) {
   for (const int players : {1, 4, 7, 12})
     for (std::size_t width = 1; width <= 150; width += width < 40 ? 1 : 7)
       for (const std::size_t height : {1, 4, 12, 24, 60})
@@ -49,11 +47,8 @@ TEST(DeskPicture, FillsEveryWindowToTheCell) {
           for (const DeskLine& line : lines) ASSERT_EQ(TextWidth(TextOf(line)), width) << TextOf(line);
           EXPECT_EQ(lines.back()[0].text, FitText("the last to give way", width));
         }
-}
-
-TEST(DeskPicture, KeepsTheChosenFileInSight) {
-  DeskState state = Studio(12);
   for (const std::size_t chosen : {0u, 1u, 30u, 59u}) {
+    DeskState state = Studio(12);
     state.chosenRow = chosen;
     std::string picture;
     for (const DeskLine& line : DrawDesk(state, 80, 24, true)) picture += TextOf(line) + '\n';

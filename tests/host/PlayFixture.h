@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <memory>
 #include <nlohmann/json.hpp>
 
 #include "ProgramRun.h"

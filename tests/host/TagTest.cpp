@@ -39,10 +39,9 @@ TEST_F(TagProgram, SavesIntoEveryFileOfAFolderForOthersToRead) {
   EXPECT_EQ(run.Status(), 0) << run.Err();
   EXPECT_EQ(run.Out(), "sub/b.mp3: saved\nsub/c.wma: saved\nsub/deep/a.ogg: saved\nin.wav: saved\n");
   EXPECT_EQ(run.Err(), "");
-  const std::string exif = "exiftool -s3 -charset exif=utf8 ";
-  EXPECT_EQ(Told(exif + "-Title -Artist -Genre sub/b.mp3"), "Grüße = Ω\nElla\nJazz\n");
-  EXPECT_EQ(Told(exif + "-Title -Author -Genre sub/c.wma"), "Grüße = Ω\nElla\nJazz\n");
-  EXPECT_EQ(Told(exif + "-Title -Artist -Genre sub/deep/a.ogg"), "Grüße = Ω\nElla\nJazz\n");
+  for (const char* file : {"-Artist sub/b.mp3", "-Author sub/c.wma", "-Artist sub/deep/a.ogg"})
+    EXPECT_EQ(Told(std::string("exiftool -s3 -charset exif=utf8 -Title -Genre ") + file),
+              "Grüße = Ω\nJazz\nElla\n");
   EXPECT_EQ(Told("ffprobe -v error -show_entries format_tags=title -of default=nk=1:nw=1 sub/b.mp3"),
             "Grüße = Ω\n");
   struct stat access {};

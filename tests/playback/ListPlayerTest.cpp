@@ -11,48 +11,41 @@
 #include "support/HandoverRun.h"
 
 // Lists over the real engine, on the offline device. Items are a second long, with the extro at 0.75 s.
-namespace qm {
+namespace qm::test {
 namespace {
 
 struct ListPlayer : ::testing::Test {
   std::vector<float> sound;
-  test::ListRig rig{test::Offline(std::make_unique<test::MemorySink>(sound))};
-  test::TempFolder folder;
+  ListRig rig{Offline(std::make_unique<MemorySink>(sound))};
+  TempFolder folder;
   std::shared_ptr<cListPlayer> list = std::make_shared<cListPlayer>(rig.platform);
-  std::string heard;  // "frame:Event" of all but positions and levels
-  std::string
-      records;  // of the play log of each finished entry: reference, duration and what it was added with
-  std::string finished;  // references of those entries
+  std::string heard;     // "frame:Event" of all but positions and levels
+  std::string finished;  // references of the entries that have finished
   std::int32_t veto = 0;
   std::function<void(std::int32_t)> onEvent;
 
   void SetUp() override {
     list->SetPlayerCallback(rig.Owner());
     list->InitListPlayer(1, rig.settings);
-    list->events.PlayerEvent.connect([this](std::int32_t event, std::string& hdReference, float& sValue1,
-                                            float& sValue2, std::string&, std::string&) {
-      if (event != pePositionChanged && event != peAudioLevelChanged)
-        test::AddWord(heard, std::to_string(rig.engine->Frame()) + ":" +
-                                 test::EventWord(event, hdReference, sValue1, sValue2) +
-                                 (event == pePlayerListItemFinished ? "(" + hdReference + ")" : ""));
-      if (event == pePlayerListItemFinished) {
-        const auto log = list->PreviousListItemPlayLog();
-        const std::string text = log->Serialisation(plsoBasic);
-        finished += log->HardDiskItem()->Reference();
-        test::AddWord(records, hdReference + " " + NumberText(log->Duration()) +
-                                   text.substr(std::min(text.find(" LogRef"), text.size())));
-      }
-      if (event == veto) sValue2 = 1;
-      if (onEvent) onEvent(event);
-    });
+    list->events.PlayerEvent.connect(
+        [this](std::int32_t event, std::string& hdReference, float& sValue1, float& sValue2, auto&&...) {
+          if (event != pePositionChanged && event != peAudioLevelChanged)
+            AddWord(heard, std::to_string(rig.engine->Frame()) + ":" +
+                               EventWord(event, hdReference, sValue1, sValue2) +
+                               (event == pePlayerListItemFinished ? "(" + hdReference + ")" : ""));
+          if (event == pePlayerListItemFinished)
+            finished += list->PreviousListItemPlayLog()->HardDiskItem()->Reference();
+          if (event == veto) sValue2 = 1;
+          if (onEvent) onEvent(event);
+        });
   }
   void TearDown() override {
     if (list) list->TerminateListPlayer();
   }
 
-  std::shared_ptr<cHDItem> Item(const std::string& name, const char* contents = nullptr) {
+  std::shared_ptr<cHDItem> Item(const std::string& name) {
     const std::string path = folder.File(name + ".wav");
-    test::WriteBytes(path, contents ? contents : test::Wav16(test::Noise16(2 * 44100, 0.2), 44100, 2));
+    WriteBytes(path, Wav16(Noise16(2 * 44100, 0.2), 44100, 2));
     auto item = std::make_shared<cHDItem>();
     item->SetReference(name);
     item->SetItemTitle("Title " + name);
@@ -92,7 +85,8 @@ TEST_F(ListPlayer, TellsOneRunFromEndToEnd) {
   EXPECT_EQ(list->PreviousHDItem()->ItemTitle(), "Title b");
   EXPECT_FLOAT_EQ(list->PreviousSecondsPlayed(), 1.75f);
   EXPECT_EQ(sound.size() / 2, 77175u);
-  EXPECT_EQ(records, "a 1 LogRef=7 SchRef=\"S\" b 1 LogRef=7 SchRef=\"S\"");
+  const std::string record = list->PreviousListItemPlayLog()->Serialisation(plsoBasic);
+  EXPECT_TRUE(record.ends_with(" Dur=1 Flags=16384 Player=1 LogRef=7 SchRef=\"S\"")) << record;
 }
 
 TEST_F(ListPlayer, ItsClockRunsOverEntriesOfEachType) {
@@ -101,12 +95,10 @@ TEST_F(ListPlayer, ItsClockRunsOverEntriesOfEachType) {
   Add("b");
   EXPECT_FLOAT_EQ(list->TotalLength(), 0.75f + 0.25f + 1);
   float latest = 0;
-  bool steady = true;
-  std::string sections;
   onEvent = [&](std::int32_t event) {
     if (event != pePositionChanged || list->Status() == psClosed) return;
     // A hook hands over a little ahead of its end: the sum of what is counted may run ahead by that.
-    steady = steady && list->SecondsPlayed() >= latest - 0.0001f;
+    EXPECT_GE(list->SecondsPlayed(), latest - 0.0001f);
     latest = list->SecondsPlayed();
     EXPECT_FLOAT_EQ(list->SecondsRemain(), list->TotalLength() - latest);
     EXPECT_GE(list->SecondsRemainingExtro(), 0);
@@ -114,7 +106,6 @@ TEST_F(ListPlayer, ItsClockRunsOverEntriesOfEachType) {
   };
   ASSERT_TRUE(list->PlayItems());
   rig.Run();
-  EXPECT_TRUE(steady);
   EXPECT_FLOAT_EQ(list->PreviousSecondsPlayed(), 2);
 }
 
@@ -130,7 +121,7 @@ TEST_F(ListPlayer, WhatCannotBePlayedIsPassedOver) {
     ASSERT_TRUE(list->PlayItems()) << row.spoilt;
     for (const char* name = row.spoilt; *name; ++name) {
       const std::string path = folder.File(std::string(1, *name) + ".wav");
-      row.contents ? test::WriteBytes(path, row.contents) : static_cast<void>(DeleteFile(path));
+      row.contents ? WriteBytes(path, row.contents) : static_cast<void>(DeleteFile(path));
     }
     rig.Run();
     EXPECT_EQ(finished, row.finished) << row.spoilt;
@@ -161,8 +152,7 @@ TEST_F(ListPlayer, EntriesWithoutLengthAreRefused) {
 TEST_F(ListPlayer, EachStepCanBeRefused) {
   Add("ab");
   veto = peQueryCue;
-  EXPECT_FALSE(list->CueItems());
-  EXPECT_FALSE(list->PlayItems());
+  EXPECT_FALSE(list->CueItems() || list->PlayItems());
   veto = peQueryPlay;
   EXPECT_FALSE(list->PlayItems());
   EXPECT_EQ(list->Status(), psClosed);
@@ -171,8 +161,7 @@ TEST_F(ListPlayer, EachStepCanBeRefused) {
   veto = peQueryPause;
   EXPECT_FALSE(list->PauseItems());
   veto = peQueryClose;
-  EXPECT_FALSE(list->CloseItems());
-  EXPECT_FALSE(list->ClearItems());
+  EXPECT_FALSE(list->CloseItems() || list->ClearItems());
   EXPECT_EQ(list->NumberItems(), 2);
   EXPECT_EQ(list->Status(), psPlaying);
   veto = 0;
@@ -223,7 +212,7 @@ TEST_F(ListPlayer, WithheldEventsTakeTheRecordsWithThem) {
   list->SetRaiseEvents(false);
   ASSERT_TRUE(list->PlayItems());
   rig.Run();
-  EXPECT_EQ(records, "");
+  EXPECT_EQ(finished, "");
   EXPECT_EQ(list->PreviousListItemPlayLog(), nullptr);
   EXPECT_EQ(heard.find("Changed"), std::string::npos) << heard;
   EXPECT_EQ(list->Status(), psClosed);
@@ -270,4 +259,4 @@ TEST_F(ListPlayer, ListenersMayDoAnything) {
 }
 
 }  // namespace
-}  // namespace qm
+}  // namespace qm::test
