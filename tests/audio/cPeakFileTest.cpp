@@ -53,11 +53,6 @@ class PeakFileScan : public TraceFixture {
   cPeakFile m_peaks{m_clock};
 };
 
-// Replaces bytes inside a file.
-void Patch(const std::string& path, std::size_t position, const std::string& bytes) {
-  WriteBytes(path, ReadBytes(path).replace(position, bytes.size(), bytes));
-}
-
 std::string FloatBytes(float value) {
   return LittleEndian(std::bit_cast<std::uint32_t>(value), 4);
 }
@@ -236,9 +231,9 @@ TEST_F(PeakFileTest, ValidityFailsByOneDefect) {
   }
   // Rewritten audio is known by the peak file's own date.
   for (const int seconds : {30, 31}) {
-    WriteBytes(PeakPath(), whole);
-    Patch(PeakPath(), 248, DoubleBytes(noon - seconds * second));
-    Patch(PeakPath(), 4, DoubleBytes(0));
+    WriteBytes(PeakPath(), std::string(whole)
+                               .replace(4, 8, DoubleBytes(0))
+                               .replace(248, 8, DoubleBytes(noon - seconds * second)));
     EXPECT_EQ(m_peaks.CheckPeakFileValid(m_audio), seconds == 30) << seconds;
   }
   for (const std::size_t length : {0, 8, 255}) {
@@ -255,7 +250,6 @@ TEST_F(PeakFileTest, ValidityFailsByOneDefect) {
 
 TEST_F(PeakFileTest, SamplesAreThePointsOfTheFramesAskedFor) {
   const std::tuple<std::int32_t, std::int32_t, std::vector<std::int16_t>> rows[] = {
-      // none: refused
       {1, 1200, {0, 1000, 500, 1500}},  // 2.4 points
       {1, 1500, {0, 1000, 500, 1500, 1000, 2000}},
       {251, 500, {0, 1000}},     // half way: to the even point
@@ -317,8 +311,8 @@ TEST_F(PeakFileTest, ReadAudioPeakFileScansWhenItMay) {
 }
 
 TEST_F(PeakFileTest, UpdateTakesOverTheAudioFilesDateAndSize) {
-  Patch(PeakPath(), 46, "spare bytes of a later version");
-  std::string expected = ReadBytes(PeakPath());
+  std::string expected = ReadBytes(PeakPath()).replace(46, 5, "spare");  // bytes of a later version
+  WriteBytes(PeakPath(), expected);
   WriteBytes(m_audio, ReadBytes(m_audio) + "x");
   Touch(m_audio, -12 * 3600);
   m_clock->Advance(std::chrono::hours(6));

@@ -1,13 +1,9 @@
 #include "item/ItemFields.h"
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <set>
 
-#include "item/ItemFieldAccess.h"
-#include "item/cHDItem.h"
-
+#include "FieldFixture.h"
 namespace qm {
 namespace {
 
@@ -46,38 +42,31 @@ TEST(ItemFields, ABadIndexReadsAsNothingAndWritesNothing) {
 }
 
 TEST(ItemFieldAccess, SetsByNameAndIndexOrSaysWhyNot) {
-  const struct {
-    const char* name;
-    const char* text;
-    enSetFieldResult result;
-    const char* reads;  // afterwards, under the same name
-  } cases[] = {
-      {"ItemTitle", "Songs, old = new", sfrSet, "Songs, old = new"},
-      {"extro", "170", sfrSet, "170"},
-      {"Extro(3)", " 2:50 ", sfrSet, "170"},
-      {"ArtistName3", "C", sfrSet, "C"},
-      {"Extro4", "1", sfrUnknownField, ""},
-      {"Extro2)", "1", sfrUnknownField, ""},
-      {"", "1", sfrUnknownField, ""},
-      {"Year", "1999", sfrSet, "1999"},
-      {"Year", "1999x", sfrBadValue, "1999"},
-      {"Year", "", sfrBadValue, "1999"},
-      {"IntroEnd", "1e39", sfrBadValue, "0"},
-      {"IntroEnd", "nan", sfrBadValue, "0"},
-      {"KillDate", "2024-02-29", sfrSet, "45351"},
-      {"KillDate", "tomorrow", sfrBadValue, "45351"},
-      {"AirStartTime", "06:30:00", sfrSet, "23400"},
-      {"LoopPlayToEnd", "true", sfrSet, "1"},
-      {"LoopPlayToEnd", "maybe", sfrBadValue, "1"},
-      {"EndType", "Slow Fade", sfrSet, "8"},
-      {"TotalLength", "30", sfrSet, "30"},
-  };
   cHDItem item;
-  for (const auto& c : cases) {
-    EXPECT_EQ(SetFieldText(item, c.name, c.text), c.result) << c.name << "=" << c.text;
-    EXPECT_EQ(FieldText(item, c.name), c.reads) << c.name << "=" << c.text;
+  test::SetFields(
+      item,
+      "ItemTitle=Songs, old = new;extro=170;Extro(3)= 2:50 ;ArtistName3=C;Year=1999;EndType=Slow Fade;"
+      "KillDate=2024-02-29;AirStartTime=06:30:00;LoopPlayToEnd=true");
+  for (const char* name : {"Extro4", "Extro2)", "Year2", ""}) {
+    EXPECT_EQ(SetFieldText(item, name, "1"), sfrUnknownField) << name;
+    EXPECT_EQ(FieldText(item, name), "") << name;
   }
-  EXPECT_EQ(item.AudioEnd(3), 30) << "through the property, with its effects";
+  for (const auto& [name, text] : {std::pair{"Year", "1999x"},
+                                   {"Year", ""},
+                                   {"PlayVolume", "40000"},
+                                   {"IntroEnd", "soon"},
+                                   {"IntroEnd", "1e39"},
+                                   {"IntroEnd", "nan"},
+                                   {"KillDate", "tomorrow"},
+                                   {"LoopPlayToEnd", "maybe"},
+                                   {"EndType", "abruptly"}})
+    EXPECT_EQ(SetFieldText(item, name, text), sfrBadValue) << name << "=" << text;
+  test::ExpectFields(
+      item,
+      "ItemTitle=Songs, old = new;extro=170;Extro(3)=170;ArtistName1=;ArtistName3=C;Year=1999;EndType=8;"
+      "KillDate=45351;AirStartTime=23400;LoopPlayToEnd=1;PlayVolume=0;IntroEnd=0");
+  test::SetFields(item, "KillDate=45352;TotalLength=30");
+  test::ExpectFields(item, "KillDate=45352;AudioEnd3=30");  // through the property, with its effects
 }
 
 }  // namespace

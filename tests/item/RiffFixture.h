@@ -48,6 +48,14 @@ inline std::string FormatChunk() {
                            LittleEndian(kTestRate * 2, 4) + LittleEndian(2, 2) + LittleEndian(16, 2));
 }
 
+// What stands in front of the 16-bit mono audio of a file with 64-bit sizes.
+inline std::string LongHead(std::uint64_t form, std::uint64_t data) {
+  return "RF64\xFF\xFF\xFF\xFFWAVE" +
+         Chunk("ds64", LittleEndian(form, 8) + LittleEndian(data, 8) + LittleEndian(data / 2, 8) +
+                           LittleEndian(0, 4)) +
+         FormatChunk() + "data\xFF\xFF\xFF\xFF";
+}
+
 // 16-bit mono at 1000 samples a second, with chunks in front of and behind the audio.
 inline std::string WaveWith(const std::string& behind, std::size_t frames = 20000,
                             const std::string& before = "") {

@@ -27,8 +27,6 @@ std::shared_ptr<cHDItem> Hooked(const std::string& reference) {
   return item;
 }
 
-constexpr auto kBoth = static_cast<enListItemType>(hlitFull | hlitHook);
-
 TEST(ItemList, LengthsOfAnEntryFollowItsTypeAndStretch) {
   struct {
     std::shared_ptr<cHDItem> item;
@@ -42,7 +40,7 @@ TEST(ItemList, LengthsOfAnEntryFollowItsTypeAndStretch) {
       {Item("no extro", -1, 180), hlitFull, 0, 181, 0, 0},
       {Item("extro behind", 190, 180), hlitFull, 190, 190, 0, 0},
       {Hooked("hook"), hlitHook, 15, 15, 1, 0},
-      {Hooked("both"), kBoth, 90, 100, 1, 0},
+      {Hooked("both"), static_cast<enListItemType>(hlitFull | hlitHook), 90, 100, 1, 0},
       {Item("separator", 5, 6), hlitSeparator, 0, 0, 0, 1},
   };
   for (const auto& row : rows) {
@@ -134,18 +132,16 @@ TEST(ItemList, EntriesAreFoundByReferenceTypeAndTag) {
 
 TEST(ItemList, PeakFilesAreReadWhenAskedFor) {
   const test::TempFolder folder;
-  auto item = Item("A", 1, 2);
+  const auto item = Item("A", 1, 2);
   item->SetAudioFileName(folder.File("a.wav"));
   test::WriteBytes(item->AudioFileName(), test::Wav16(test::Noise16(88200), 44100, 1));
   cHDItems list;
   list.AddItem(item);
   list.SetAutoReadPeakFiles(true);
-  list.AddItem(item);
-  list.AddItem(Item("no file", 1, 2));
-  EXPECT_EQ(list.HDListItem(1).PeakFile, nullptr);
+  for (const auto& added : {item, Item("no file", 1, 2)}) list.AddItem(added);
+  for (const std::int32_t index : {1, 3}) EXPECT_EQ(list.HDListItem(index).PeakFile, nullptr);
   ASSERT_NE(list.HDListItem(2).PeakFile, nullptr);
   EXPECT_EQ(list.HDListItem(2).PeakFile->Header().AudioNumberSamples, 88200);
-  EXPECT_EQ(list.HDListItem(3).PeakFile, nullptr);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 namespace qm::test {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -85,12 +86,12 @@ TEST_F(AutomaticAssignment, TellsTheUserOfPortsThatAreNotSeparated) {
   Settings({"UA-101 3-4", "ua-101 3-4", "UA-101 3-4", "UA-101 3-4"})->LoadProfile("");
   EXPECT_THAT(messages->shown, IsEmpty());
   Settings({"UA-101 1-2", "UA-101 3-4"})->LoadProfile("");
-  ASSERT_EQ(messages->shown.size(), 1u);
-  EXPECT_THAT(messages->shown[0],
-              HasSubstr("An Edirol UA-101 has been detected, but it is not set to use 'Separated Ports'"));
-  EXPECT_THAT(messages->shown[0],
-              HasSubstr("Please open the Edirol Control Panel and click 'Driver Menu'>Driver Settings'>'Use "
-                        "Separated Ports' and then restart this application"));
+  EXPECT_THAT(
+      messages->shown,
+      ElementsAre(AllOf(
+          HasSubstr("An Edirol UA-101 has been detected, but it is not set to use 'Separated Ports'"),
+          HasSubstr("Please open the Edirol Control Panel and click 'Driver Menu'>Driver Settings'>'Use "
+                    "Separated Ports' and then restart this application"))));
 }
 
 }  // namespace
