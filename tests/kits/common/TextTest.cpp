@@ -15,24 +15,6 @@ TEST(Text, ReferencesAreComparedTrimmedAndIgnoringAsciiCase) {
   EXPECT_FALSE(EqualIgnoringCase("é", "É")) << "only ASCII letters have a case here";
 }
 
-TEST(Text, DelimitedTextWalksThroughTokens) {
-  const std::string text = "one, , three";
-  const struct {
-    std::size_t from;
-    const char *delimiter, *token;
-    std::size_t found;
-  } cases[] = {{0, ", ", "one", 3},
-               {5, ", ", "", 5},
-               {7, ", ", "three", text.npos},
-               {text.size(), ", ", "", text.npos},
-               {0, "", "", text.npos}};
-  for (const auto& c : cases) {
-    std::size_t found = 0;
-    EXPECT_EQ(GetDelimitedText(text, c.from, c.delimiter, found), c.token) << c.from;
-    EXPECT_EQ(found, c.found) << c.from;
-  }
-}
-
 TEST(Text, OnlyWellFormedUtf8IsValid) {
   for (const char* good : {"", "abc", "é", "€", "😀", "\xF4\x8F\xBF\xBF", "\xED\x9F\xBF", "\xC2\x80"})
     EXPECT_TRUE(IsValidUtf8(good)) << good;

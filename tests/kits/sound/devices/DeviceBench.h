@@ -2,11 +2,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <functional>
-#include <memory>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include "kits/sound/devices/Output.h"
 #include "kits/sound/devices/PullGate.h"

@@ -1,8 +1,6 @@
 #pragma once
-#include <algorithm>
 #include <atomic>
 #include <memory>
-#include <string>
 
 #include "kits/sound/devices/Input.h"
 

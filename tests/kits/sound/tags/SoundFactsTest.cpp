@@ -3,8 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "kits/sound/AudioFileBytes.h"
-#include "kits/sound/cAudioFile.h"
-#include "support/SoundFixtures.h"
+#include "kits/sound/AudioFileChecks.h"
 
 namespace qm {
 namespace {
@@ -32,12 +31,10 @@ TEST(SoundFacts, AGlanceIsNeverWrong) {
       {"lame --quiet -t -b 128 in.wav y; lame --quiet -t -b 96 in.wav z; cat y z > x", false},
       {"lame --quiet -t -b 128 in.wav y; head -c 100123 y > x", true},
   };
-  TempFolder folder;
-  ASSERT_TRUE(RunCommand("cd " + Quoted(folder.Path()) +
-                         " && sox -n -r 44100 -c 2 in.wav synth 20 pinknoise vol 0.5"));
+  Workshop folder;
+  ASSERT_TRUE(folder.Make("sox -n -r 44100 -c 2 in.wav synth 20 pinknoise vol 0.5"));
   for (const auto& each : cases) {
-    ASSERT_TRUE(RunCommand("cd " + Quoted(folder.Path()) + " && rm -f x && { " + each.make + "; }"))
-        << each.make;
+    ASSERT_TRUE(folder.Make("rm -f x && { " + std::string(each.make) + "; }")) << each.make;
     AudioFileBytes bytes;
     ASSERT_FALSE(bytes.Open(folder.File("x")));
     const auto glance = GlanceAtMpeg(bytes);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "kits/sound/AudioFileChecks.h"
 #include "support/PythonRun.h"
 
 namespace qm {
@@ -13,8 +14,7 @@ class WmaTagTest : public testing::Test {
  protected:
   void SetUp() override {
     WriteBytes(m_folder.File("in.wav"), Wav16(Noise16(2 * 44100), 44100, 2));
-    ASSERT_TRUE(RunCommand("cd " + Quoted(m_folder.Path()) +
-                           " && ffmpeg -v error -i in.wav -c:a wmav2 -b:a 128k -metadata title=Old x.wma"));
+    ASSERT_TRUE(m_folder.Make("ffmpeg -v error -i in.wav -c:a wmav2 -b:a 128k -metadata title=Old x.wma"));
   }
   std::string Path() const { return m_folder.File("x.wma"); }
   std::string Run(const std::string& program) const {
@@ -22,7 +22,7 @@ class WmaTagTest : public testing::Test {
                   "from mutagen.asf import *\nfrom mutagen.asf._attrs import *\nf=ASF('x.wma')\n" + program);
   }
 
-  TempFolder m_folder;
+  Workshop m_folder;
 };
 
 TEST_F(WmaTagTest, ReadsWhatOthersWrite) {

@@ -6,11 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cstring>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "kits/sound/devices/DeviceBench.h"
 #include "kits/sound/devices/SoundServers.h"
