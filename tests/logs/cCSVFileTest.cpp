@@ -100,10 +100,10 @@ TEST_F(CSVFile, RefusalsHaveTheirCodesAndTexts) {
   EXPECT_EQ(file.ReadRecord(record), csvWrongMode);
   EXPECT_TRUE(record.empty());
   EXPECT_EQ(file.GetErrorSring(csvWrongMode), "There is no file open to read or write from");
-  EXPECT_EQ(file.CreateFile("", true, ""), csvBadParameter);
+  for (const auto opened : {file.CreateFile("", true, ""), file.OpenFile("")})
+    EXPECT_EQ(opened, csvBadParameter);
   EXPECT_EQ(file.CreateFile(path, false, ""), csvFileExists);
   EXPECT_EQ(file.CreateFile(folder.File("no/such.csv"), true, ""), csvCannotOpen);
-  EXPECT_EQ(file.OpenFile(""), csvBadParameter);
   EXPECT_EQ(file.OpenFile(folder.File("b.csv")), csvNoFile);
   EXPECT_EQ(file.OpenFile(path), csvNone);
   EXPECT_EQ(file.OpenFile(""), csvAlreadyOpen);
@@ -118,12 +118,10 @@ TEST_F(CSVFile, RefusalsHaveTheirCodesAndTexts) {
 }
 
 TEST_F(CSVFile, TimesComeInManyForms) {
-  const std::pair<const char*, float> cases[] = {
-      {"", 0},        {"12.3", 12.03F},   {"12.30", 12.3F},
-      {"90", 90},     {"1:23.4", 83.04F}, {"1'23.45", 83.45F},
-      {"01:02", 62},  {"01:02:03", 3723}, {"1:02:03.5", 3723.05F},
-      {"rubbish", 0},
-  };
+  const std::pair<const char*, float> cases[] = {{"", 0},       {"12.3", 12.03F},   {"12.30", 12.3F},
+                                                 {"90", 90},    {"1:23.4", 83.04F}, {"1'23.45", 83.45F},
+                                                 {"01:02", 62}, {"01:02:03", 3723}, {"1:02:03.5", 3723.05F},
+                                                 {"rubbish", 0}};
   WriteBytes(path, "#Fields: Ref,Length\n");
   cCSVFile file;
   ASSERT_EQ(file.OpenFile(path), csvNone);

@@ -127,6 +127,7 @@ TEST_F(Profiles, OddContentsAreTakenAsFarAsTheyGo) {
   for (const auto& [key, value] : {std::pair{"GeneralVolume", "loud"},
                                    {"FadeDuration", "1e300"},
                                    {"NumberPlayers", "99999"},
+                                   {"SweptVolume", "30"},
                                    {"AdvertVolume", "-99999"}})
     Store("Players", key, value);
   Store("AudioFormat", "AllowOtherFormat", "1");
@@ -140,6 +141,8 @@ TEST_F(Profiles, OddContentsAreTakenAsFarAsTheyGo) {
   // Without a format in it the profile leaves the one that the host gave.
   EXPECT_EQ(settings->AudioFormat()->SampleRate(), 32000);
   EXPECT_FALSE(settings->AudioAllowOtherFormat());
+  settings->SaveProfile("");  // with ducking no swept volume is kept
+  EXPECT_EQ(registry->Read(Path("Players"), "SweptVolume"), std::nullopt);
 }
 
 TEST_F(SettingsTest, PlayersKeepTheirContentsWhenResizedAndBadIndicesAreIgnored) {
