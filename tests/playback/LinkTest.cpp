@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "playback/PlayerRig.h"
 #include "support/HandoverRun.h"
 
@@ -31,18 +33,13 @@ struct LinkRig {
 struct LinkedRig : LinkRig {
   explicit LinkedRig(float introEnd = 20) : LinkRig(introEnd) {
     EXPECT_TRUE(Link());
-    Heard();
-    Calls();
+    Heard(), Calls();
   }
 };
 
 TEST(Link, WhoeverHasTheLongerWayStartsFirst) {
-  const struct {
-    float introEnd;
-    bool ducking;
-    const char* heard;  // main | sweeper
-    const char* calls;
-  } rows[] = {
+  const std::tuple<float, bool, const char*, const char*> rows[] = {
+      // end of the intro, ducking, what is heard and what the controls are told: main | sweeper
       {20, true, "Linked=2 | Linked=1",
        "Mark(21@12) AddVolumeChange(1,11.5,0.5,100,60,-1) AddVolumeChange(2,19.5,0.5,60,100,-1) | "},
       {20, false, "Linked=2 | VolumeChanged=70 Linked=1", "Volume(100) Mark(21@12) | Volume(70)"},
@@ -51,13 +48,13 @@ TEST(Link, WhoeverHasTheLongerWayStartsFirst) {
       {8, true, "Linked=1 | Linked=2",
        "AddVolumeChange(1,0,0,100,60,-1) AddVolumeChange(2,7.5,0.5,60,100,-1) | RemoveMark(21)"},
   };
-  for (const auto& row : rows) {
-    LinkRig rig(row.introEnd);
-    rig.main.owner->settings->SetUsePlayerDucking(row.ducking);
+  for (const auto& [introEnd, ducking, heard, calls] : rows) {
+    LinkRig rig(introEnd);
+    rig.main.owner->settings->SetUsePlayerDucking(ducking);
     rig.main.owner->settings->SetSweptAudioVolume(70);
     EXPECT_TRUE(rig.Link());
-    EXPECT_EQ(rig.Heard(), row.heard);
-    EXPECT_EQ(rig.Calls(), row.calls);
+    EXPECT_EQ(rig.Heard(), heard);
+    EXPECT_EQ(rig.Calls(), calls);
     EXPECT_EQ(rig.main.owner->lastReference, "");
     EXPECT_TRUE(rig.sweeper.player->Sweeper() && !rig.main.player->Sweeper());
     EXPECT_EQ(rig.main.player->LinkedToPlayer(), rig.sweeper.player);

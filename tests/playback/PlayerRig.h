@@ -76,34 +76,39 @@ class TestOwner : public IPlayerCallback {
   std::shared_ptr<cPlayer> Player(std::int16_t) const override { return nullptr; }
 };
 
-struct PlayerRig {
+// A platform over fake controls, and what was heard since the last TakeHeard.
+template <class Sound>
+struct FakePlatform {
   std::shared_ptr<ManualClock> clock =
       std::make_shared<ManualClock>(std::chrono::system_clock::from_time_t(1700000000));
-  std::shared_ptr<FakeSound> sound = std::make_shared<FakeSound>();
-  std::shared_ptr<ControlScript> script = sound->script;
+  std::shared_ptr<Sound> sound = std::make_shared<Sound>();
   std::shared_ptr<const Platform> platform =
       std::make_shared<const Platform>(Platform{clock, MemoryRegistry(), nullptr, sound});
+  std::string heard;
+
+  std::string TakeHeard() { return std::exchange(heard, {}); }
+};
+
+struct PlayerRig : FakePlatform<FakeSound> {
+  std::shared_ptr<ControlScript> script = sound->script;
   std::shared_ptr<TestOwner> owner = std::make_shared<TestOwner>();
   std::shared_ptr<cBasePlayer> player = std::make_shared<cBasePlayer>(platform);
   std::shared_ptr<cHDItem> a = MakeItem("a"), b = MakeItem("b");
-  std::string heard;      // what the listener heard since the last TakeHeard
   std::int32_t veto = 0;  // the query that the listener refuses
   std::function<void(std::int32_t)> onEvent;
 
   PlayerRig() {
     owner->settings = std::make_shared<cAudioSettings>(platform, sound);
     player->SetPlayerCallback(owner);
-    player->events.PlayerEvent.connect([this](std::int32_t event, std::string& hdReference, float& sValue1,
-                                              float& sValue2, std::string&, std::string&) {
-      AddWord(heard, EventWord(event, hdReference, sValue1, sValue2));
-      if (event == veto) sValue2 = 1;
-      if (onEvent) onEvent(event);
-    });
+    player->events.PlayerEvent.connect(
+        [this](std::int32_t event, std::string& hdReference, float& sValue1, float& sValue2, auto&&...) {
+          AddWord(heard, EventWord(event, hdReference, sValue1, sValue2));
+          if (event == veto) sValue2 = 1;
+          if (onEvent) onEvent(event);
+        });
   }
 
   FakeControl::Events& Control() { return script->control->events; }
-  std::string TakeHeard() { return std::exchange(heard, {}); }
-
   void PlayTo(float seconds) {
     script->position = seconds;
     Control().Position();

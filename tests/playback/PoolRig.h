@@ -21,15 +21,10 @@ class PoolSound : public FakeSound {
   std::vector<std::shared_ptr<ControlScript>> scripts;  // in the order in which they were made
 };
 
-struct PoolRig {
-  std::shared_ptr<ManualClock> clock =
-      std::make_shared<ManualClock>(std::chrono::system_clock::from_time_t(1700000000));
-  std::shared_ptr<PoolSound> sound = std::make_shared<PoolSound>();
-  std::shared_ptr<const Platform> platform =
-      std::make_shared<const Platform>(Platform{clock, MemoryRegistry(), nullptr, sound});
+struct PoolRig : FakePlatform<PoolSound> {
   std::shared_ptr<cPlayers> pool = std::make_shared<cPlayers>(platform);
-  std::string heard;  // "player:Event" of all but positions and volumes
 
+  // Hears "player:Event" of all but positions and volumes.
   explicit PoolRig(std::int16_t players) {
     auto settings = std::make_shared<cAudioSettings>(platform, sound);
     settings->SetMaxPlayers(16);
@@ -37,7 +32,7 @@ struct PoolRig {
     settings->SetGeneralVolume(90);
     pool->SetAudioSettings(settings);
     pool->events.PlayerEvent.connect([this](std::int16_t player, std::int32_t event, std::string& hdReference,
-                                            float& sValue1, float& sValue2, std::string&, std::string&) {
+                                            float& sValue1, float& sValue2, auto&&...) {
       if (event != pePositionChanged && event != peVolumeChanged)
         AddWord(heard, std::to_string(player) + ":" + EventWord(event, hdReference, sValue1, sValue2));
     });
@@ -45,11 +40,11 @@ struct PoolRig {
   ~PoolRig() { pool->Terminate(); }
 
   cPlayer& Player(std::int16_t number) { return *pool->Player(number); }
-  std::string TakeHeard() { return std::exchange(heard, {}); }
   // Brings a player to a position.
   void PlayTo(std::int16_t number, float seconds) {
-    sound->scripts[static_cast<std::size_t>(number) - 1]->position = seconds;
-    sound->scripts[static_cast<std::size_t>(number) - 1]->control->events.Position();
+    auto& script = *sound->scripts[static_cast<std::size_t>(number) - 1];
+    script.position = seconds;
+    script.control->events.Position();
   }
 };
 

@@ -135,13 +135,10 @@ TEST(Timing, Volumes) {
 }
 
 TEST(InitPlayer, TellsTheControlBuffersAndDevice) {
-  const struct {
-    std::int16_t number, listIndex;
-    std::int32_t total, length;  // of the platform's streaming, milliseconds
-    enVSBufferSize size;
-    std::int32_t device;
-    const char* calls;
-  } rows[] = {
+  using Row = std::tuple<std::int16_t, std::int16_t, std::int32_t, std::int32_t, enVSBufferSize, std::int32_t,
+                         const char*>;
+  const Row rows[] = {
+      // number, list index, total and length of the platform's buffers in ms, size, device, what is told
       {2, 0, 0, 0, vsbsExtended, 49, "(2) BufferLength(500) BufferCount(16) DeviceType(0) DeviceNumber(49)"},
       {2, 3, 0, 0, vsbsLarge, 101, "(203) BufferLength(1000) BufferCount(4) DeviceType(2) DeviceNumber(1)"},
       {2, 0, 2000, 100, vsbsStandard, 149,
@@ -152,16 +149,15 @@ TEST(InitPlayer, TellsTheControlBuffersAndDevice) {
       {-4, 0, 0, 0, vsbsStandard, 9, "(-4) BufferLength(250) BufferCount(16) DeviceType(0) DeviceNumber(4)"},
       {0, 0, 0, 0, vsbsStandard, 9, "(0) BufferLength(250) BufferCount(16) DeviceNumber(0)"},
   };
-  for (const auto& row : rows) {
+  for (const auto& [number, listIndex, total, length, size, device, calls] : rows) {
     PlayerRig rig;
-    rig.sound->streaming.bufferTotal = row.total;
-    rig.sound->streaming.bufferLength = row.length;
+    rig.sound->streaming.bufferTotal = total, rig.sound->streaming.bufferLength = length;
     rig.owner->settings->SetMaxPlayers(4);
-    rig.owner->settings->SetPlayerSoundDevice(2, row.device);
-    rig.owner->settings->SetVellanStreamBufferSize(row.size);
-    EXPECT_TRUE(rig.player->InitPlayer(row.number, rig.owner->settings, row.listIndex));
-    EXPECT_EQ(rig.script->TakeCalls(), std::string("PlayerId") + row.calls);
-    EXPECT_EQ(rig.player->Reference(), row.number < 0 ? 0 : row.number);
+    rig.owner->settings->SetPlayerSoundDevice(2, device);
+    rig.owner->settings->SetVellanStreamBufferSize(size);
+    EXPECT_TRUE(rig.player->InitPlayer(number, rig.owner->settings, listIndex));
+    EXPECT_EQ(rig.script->TakeCalls(), std::string("PlayerId") + calls);
+    EXPECT_EQ(rig.player->Reference(), number < 0 ? 0 : number);
   }
   PlayerRig rig;
   rig.player->InitPlayer(1, nullptr);
