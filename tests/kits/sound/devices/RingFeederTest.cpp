@@ -50,17 +50,6 @@ struct HandBench {
 
 class RingFeederTest : public ::testing::Test, protected HandBench {};
 
-TEST_F(RingFeederTest, IsFilledAsFarAsAHostNeedsAndNoFurther) {
-  EXPECT_GE(feeder.ReserveFrames(), kPeriod);
-  for (const std::size_t period : {64, 256, 512, 1024, 4096}) {
-    feeder.SetPeriod(period);
-    // The pulls that 40 ms may see, and the period that the next one takes.
-    const std::size_t pulls = (1920 + period - 1) / period;
-    EXPECT_GE(feeder.TargetFrames(), pulls * period + std::max(period, feeder.ReserveFrames())) << period;
-    EXPECT_LE(feeder.TargetFrames(), std::max(kAdvance, kAdvance + 2 * period - 480)) << period;
-  }
-}
-
 // The second player is started from the first one's mark, by a host that comes back only when nearly the
 // whole advance has been taken.
 TEST_F(RingFeederTest, AHostWithinTheAdvanceStartsOnTheExactFrame) {

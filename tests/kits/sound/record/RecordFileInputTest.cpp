@@ -58,23 +58,6 @@ TEST(RecordFileInput, LastsAsLongAndSoundsAsLoudInEveryTypeAndFormat) {
   }
 }
 
-TEST(RecordFileInput, APauseLeavesOutWhatPassesExactly) {
-  RecordBench bench;
-  const auto samples = test::Noise16(4 * 44100);
-  bench.UseSamples(samples, 44100, 1);
-  std::size_t heard = 0;
-  bench.control->events.Level.connect([&](std::int16_t, std::int16_t) {
-    ++heard;
-    if (heard == 25) bench.control->Pause();
-    if (heard == 50) bench.control->Resume();
-  });
-  const auto recorded = bench.RecordAll(bench.To("out.wav", FormatOf(aftWAV, 44100, 1)));
-  auto expected = Part(samples, 0, 44100);
-  const auto rest = Part(samples, 2 * 44100, 4 * 44100);
-  expected.insert(expected.end(), rest.begin(), rest.end());
-  EXPECT_EQ(recorded, expected);
-}
-
 // Each frame holds its own number, below any level, except where it is loud.
 TEST(RecordFileInput, BeginsAtTheFirstFrameOfWhatOpenedTheTrigger) {
   const struct {

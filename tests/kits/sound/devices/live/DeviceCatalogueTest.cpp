@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "SoundServerBench.h"
-#include "kits/sound/devices/RtAudioOutput.h"
 
 namespace qm {
 namespace {
@@ -14,22 +13,6 @@ std::vector<std::string> Names(const std::vector<SoundDevice>& devices) {
   std::vector<std::string> names;
   for (const SoundDevice& device : devices) names.push_back(device.name);
   return names;
-}
-
-TEST(DeviceCatalogue, WithoutServerAndCardTheListIsEmptyAndNothingIsPrinted) {
-  test::TempFolder nowhere;
-  setenv("PULSE_RUNTIME_PATH", nowhere.Path().c_str(), 1);
-  unsetenv("PULSE_SERVER");
-  setenv("JACK_DEFAULT_SERVER", "qmnosuchserver", 1);
-  testing::internal::CaptureStderr();
-  testing::internal::CaptureStdout();
-  for (enSoundServer server : {essJACK, essPulseAudio}) {
-    EXPECT_TRUE(DeviceCatalogue(server).Outputs().empty() && DeviceCatalogue(server).Inputs().empty());
-    std::string error;
-    EXPECT_FALSE(RtAudioOutput(server).Open({}, eomNearest, error)) << server;
-    EXPECT_EQ(error, "default: no such sound device");
-  }
-  EXPECT_EQ(testing::internal::GetCapturedStderr() + testing::internal::GetCapturedStdout(), "");
 }
 
 TEST(DeviceCatalogue, ListsDevicesByNameAndFindsThemAgain) {
