@@ -44,8 +44,7 @@ class RiffMemory : public RiffTarget {
 inline constexpr std::uint32_t kTestRate = 1000;
 
 inline std::string FormatChunk() {
-  return Chunk("fmt ", LittleEndian(1, 2) + LittleEndian(1, 2) + LittleEndian(kTestRate, 4) +
-                           LittleEndian(kTestRate * 2, 4) + LittleEndian(2, 2) + LittleEndian(16, 2));
+  return Wav16({}, kTestRate, 1).substr(12, 24);
 }
 
 // What stands in front of the 16-bit mono audio of a file with 64-bit sizes.
@@ -56,12 +55,9 @@ inline std::string LongHead(std::uint64_t form, std::uint64_t data) {
          FormatChunk() + "data\xFF\xFF\xFF\xFF";
 }
 
-// 16-bit mono at 1000 samples a second, with chunks in front of and behind the audio.
-inline std::string WaveWith(const std::string& behind, std::size_t frames = 20000,
-                            const std::string& before = "") {
-  std::string data;
-  for (const std::int16_t value : Ramp16(frames)) data += LittleEndian(static_cast<std::uint16_t>(value), 2);
-  return Chunk("RIFF", "WAVE" + FormatChunk() + before + Chunk("data", data) + behind);
+// 16-bit mono at 1000 samples a second, with chunks behind the audio.
+inline std::string WaveWith(const std::string& behind, std::size_t frames = 20000) {
+  return Chunk("RIFF", Wav16(Ramp16(frames), kTestRate, 1).substr(8) + behind);
 }
 
 // `size` bytes of `fill` with texts put at their offsets.
