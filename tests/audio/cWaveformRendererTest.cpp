@@ -6,6 +6,7 @@
 
 #include "kits/common/Numbers.h"
 #include "kits/draw/OffscreenSurface.h"
+#include "support/GoldenPicture.h"
 #include "support/PeakPoints.h"
 
 namespace qm {
@@ -77,6 +78,30 @@ TEST_F(RendererTest, WithNothingToDrawThereIsNoEvent) {
     m_renderer.DrawWaveform(&surface, 0, 0, cx, 10, dwtNormal, start, number);
   EXPECT_EQ(Draw({}, 1, {0, 0, 10, 10}, dwtNormal) + surface.written, "");
   EXPECT_EQ(m_drawn, 0);
+}
+
+// Six areas: a stereo song mirrored and single-sided, quiet and scaled, a close view, silence, an odd height.
+TEST_F(RendererTest, PicturesAreAsTheyWere) {
+  OffscreenSurface sheet(400, 300, 0xFFFFFF);
+  const auto draw = [&](const Rect& area, enDrawWaveType type, std::int32_t start, std::int32_t number) {
+    sheet.FillRectangle({area.left, area.top, area.left + area.right, area.top + area.bottom}, 0xE8F0F0);
+    m_renderer.DrawWaveform(&sheet, area.left, area.top, area.right, area.bottom, type, start, number);
+  };
+  m_renderer.SetPeakFile(PeaksOf(SongPoints(6000, 2), 2));
+  draw({4, 4, 190, 90}, dwtNormal, -1, -1);
+  draw({204, 4, 190, 90}, dwtSingle, -1, -1);
+  draw({4, 104, 190, 91}, dwtNormal, 1000001, 20000);
+  auto quiet = SongPoints(6000);
+  for (std::int16_t& point : quiet) point = static_cast<std::int16_t>(point / 8);
+  m_renderer.SetPeakFile(PeaksOf(quiet));
+  draw({204, 104, 90, 90}, dwtNormal, -1, -1);
+  m_renderer.SetAutoScale(true);
+  m_renderer.SetLineColour(0x004000);
+  m_renderer.SetFillColour(0x80D080);
+  draw({304, 104, 90, 90}, dwtNormal, -1, -1);
+  m_renderer.SetPeakFile(PeaksOf(std::vector<std::int16_t>(500)));
+  draw({4, 204, 390, 90}, dwtNormal, -1, -1);
+  ExpectGolden(sheet.Pixels(), "waveforms.png");
 }
 
 }  // namespace

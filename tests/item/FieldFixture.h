@@ -26,8 +26,10 @@ inline void SetFields(cHDItem& item, const std::string& fields) {
 }
 
 inline void ExpectFields(const cHDItem& item, const std::string& fields, const std::string& where = "") {
-  for (const auto& [field, value] : SplitFields(fields))
+  for (const auto& [field, value] : SplitFields(fields)) {
+    EXPECT_NE(FindItemFieldPlace(field).field, nullptr) << "no field " << field;
     EXPECT_EQ(FieldText(item, field), value) << where << " " << field;
+  }
 }
 
 }  // namespace qm::test
