@@ -182,7 +182,7 @@ TEST(Link, StartsOnTheExactFrame) {
       players[n] = std::make_shared<cBasePlayer>(rig.platform);
       players[n]->SetPlayerCallback(rig.Owner());
       players[n]->InitPlayer(static_cast<std::int16_t>(n + 1), rig.settings);
-      players[n]->events.PlayerEvent.connect([&, n](std::int32_t event, auto&&...) {
+      players[n]->events.PlayerEvent.connect([&, n, item](std::int32_t event, auto&&...) {
         if (event == peExtroReached) {
           EXPECT_GE(players[n]->SecondsPlayed(), item->Extro(1));
         }
