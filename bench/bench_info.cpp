@@ -14,20 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kRounds = 5;
 constexpr int kFiles = 1000;
-
-// The shortest of some runs: the rest of the machine only ever adds.
-template <class Work>
-double Shortest(Work work) {
-  double shortest = 1e9;
-  for (int round = 0; round < kRounds; ++round) {
-    const double started = WallSeconds();
-    if (!work()) std::exit(1);
-    shortest = std::min(shortest, WallSeconds() - started);
-  }
-  return shortest;
-}
 
 // Copies of a file in a folder of their own.
 std::vector<std::string> Copies(const std::string& path, const std::string& folder) {

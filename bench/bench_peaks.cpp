@@ -12,20 +12,6 @@
 namespace qm::bench {
 namespace {
 
-constexpr int kRounds = 5;
-
-// The shortest of some runs: the rest of the machine only ever adds.
-template <class Work>
-double Shortest(Work work) {
-  double shortest = 1e9;
-  for (int round = 0; round < kRounds; ++round) {
-    const double started = WallSeconds();
-    if (!work()) std::exit(1);
-    shortest = std::min(shortest, WallSeconds() - started);
-  }
-  return shortest;
-}
-
 bool ReadThrough(const std::string& path) {
   std::vector<char> buffer(1 << 20);
   const int file = open(path.c_str(), O_RDONLY);
