@@ -88,7 +88,8 @@ class Walk {
   // The position behind it.
   std::int64_t Add(std::int64_t position, const RiffHead& head) {
     RiffChunk chunk{head.id, "", position + kRiffHeadBytes, head.length, head.length};
-    if (EqualIgnoringCase(chunk.id, "data")) {
+    // The first is the form's audio, and the one that lengths elsewhere speak of.
+    if (EqualIgnoringCase(chunk.id, "data") && FindRiffChunk(m_form, "data") == nullptr) {
       const bool elsewhere = head.length == kLengthElsewhere || head.length == 0;
       if (elsewhere && m_longData > 0) chunk.stated = m_longData;
       chunk.length = DataLength(chunk.start, chunk.stated);

@@ -171,6 +171,8 @@ const Start kStarts[] = {
     {"formEndsWithinAChunk",
      WaveWith(Chunk("JUNK", std::string(100, '('))).replace(4, 4, LittleEndian(40084, 4)), false},
     {"cartBehindAChunkThatLies", WaveWith("JUNK" + LittleEndian(1 << 20, 4)) + Cart({}), false},
+    {"secondAudioBehindALongForm",
+     LongHead(40072, 40000) + WaveWith("").substr(44) + "data\xFF\xFF\xFF\xFF" + std::string(80, '2'), false},
     {"cartBehindTheForm", WaveWith("") + Cart({{4, "never taken in"}})},
     {"notWave", Chunk("RIFF", "AVI " + FormatChunk()), false},
 };
