@@ -135,7 +135,7 @@ class Writing {
     const RiffChunk& last = m_form.chunks.back();
     if (last.Head() >= m_form.statedEnd) return false;  // no chunk of the form's, nor one of ours
     const auto field = ReadLittleEndian<std::uint32_t>(m_file.Read(last.Head() + 4, 4), 0);
-    const bool elsewhere = m_form.longLengths != 0 && EqualIgnoringCase(last.id, "data") &&
+    const bool elsewhere = m_form.longLengths != 0 && FindRiffChunk(m_form, "data") == &last &&
                            (field == 0 || field > kMostShortLength);
     if (!elsewhere && last.length > kMostShortLength) return false;
     const std::int64_t at = elsewhere ? m_form.longLengths + kRiffHeadBytes : last.Head() + 4;

@@ -173,6 +173,8 @@ const Start kStarts[] = {
     {"cartBehindAChunkThatLies", WaveWith("JUNK" + LittleEndian(1 << 20, 4)) + Cart({}), false},
     {"secondAudioBehindALongForm",
      LongHead(40072, 40000) + WaveWith("").substr(44) + "data\xFF\xFF\xFF\xFF" + std::string(80, '2'), false},
+    {"secondAudioInALongForm",
+     LongHead(0, 40000) + WaveWith("").substr(44) + "data\xFF\xFF\xFF\xFF" + std::string(80, '2')},
     {"cartBehindTheForm", WaveWith("") + Cart({{4, "never taken in"}})},
     {"notWave", Chunk("RIFF", "AVI " + FormatChunk()), false},
 };
