@@ -52,6 +52,11 @@ void AddOptions(CLI::App& command, RecordOptions& options, Wishes& wishes) {
           "Input: a name or number of 'quillmere devices', or wav:PATH for an audio file in its place, "
           "read as fast as the processor allows; else the system's default input")
       ->type_name("NAME");
+  command
+      .add_option("--profile", options.profile,
+                  "Profile of the audio settings, whose input is taken without --device; where it records "
+                  "locally, a FILE on the network is transferred at the end")
+      ->type_name("NAME");
   command.add_option("--seconds", options.seconds, "Save and stop when so much is recorded")
       ->check(CLI::Range(0.001, 1e7))
       ->type_name("S");

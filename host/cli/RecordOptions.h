@@ -9,7 +9,8 @@ namespace qm::cli {
 
 struct RecordOptions {
   std::string path;
-  std::string device;  // a name or number of the list of inputs, "wav:PATH"; "" for the default one
+  std::string device;   // a name or number of the list of inputs, "wav:PATH"; "" for the default one
+  std::string profile;  // of the audio settings: input, local recording; "" for none
   cAudioFormat format;
   double seconds = 0;  // 0: until it is stopped
   std::int16_t triggerLevel = 0;

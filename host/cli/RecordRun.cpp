@@ -13,6 +13,7 @@
 #include "kits/sound/engine/AudioEngine.h"
 #include "kits/sound/record/RecordingControl.h"
 #include "kits/sound/record/RecordingFile.h"
+#include "settings/cAudioSettings.h"
 
 namespace qm::cli {
 
@@ -32,10 +33,11 @@ class RecordOwner : public IPlayerCallback {
     failed = true;
     TellFailure(text);
   }
-  std::shared_ptr<cAudioSettings> AudioSettings() const override { return nullptr; }
+  std::shared_ptr<cAudioSettings> AudioSettings() const override { return settings; }
   std::int16_t NumberPlayers() const override { return 0; }
   std::shared_ptr<cPlayer> Player(std::int16_t) const override { return nullptr; }
 
+  std::shared_ptr<cAudioSettings> settings;
   bool ended = false, failed = false;
 };
 
@@ -72,8 +74,12 @@ bool RecordRun::Start(std::string& errorText) {
       std::make_shared<Platform>(Platform{SystemClock(), UserRegistry(), ConsoleMessageBox(), m_engine});
   m_recorder = std::make_shared<cRecorder>(platform);
   m_recorder->SetPlayerCallback(m_owner);
-  m_recorder->InitRecorder(nullptr);
-  m_recorder->SetWaveInDeviceNumber(m_deviceNumber);
+  if (!m_options.profile.empty()) {
+    m_owner->settings = std::make_shared<cAudioSettings>(platform, m_engine);
+    m_owner->settings->LoadProfile(m_options.profile);
+  }
+  m_recorder->InitRecorder(m_owner->settings);
+  if (!m_options.device.empty()) m_recorder->SetWaveInDeviceNumber(m_deviceNumber);
   m_recorder->Control()->SetLimit(m_options.seconds);
   m_item = std::make_shared<cHDItem>();
   m_item->SetReference(FileNameOf(m_options.path));

@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "ProgramRun.h"
+#include "kits/common/Registry.h"
 #include "kits/sound/devices/DeviceBench.h"
 #include "kits/sound/record/RecordBench.h"
 
@@ -27,6 +29,18 @@ TEST(Record, TakesAFileFrameByFrameAndOtherToolsReadIt) {
   ASSERT_EQ(part.Status(), 0) << part.Err();
   EXPECT_THAT(part.Out(), HasSubstr("recorded a.ogg  0:01.25  Ogg 44100 Hz stereo 128 kbit/s"));
   EXPECT_TRUE(RunCommand("test $(soxi -s " + Quoted(folder.File("a.ogg")) + ") = 55125"));
+}
+
+TEST(Record, AProfileThatRecordsLocallyBringsTheFileToTheNetwork) {
+  const TempFolder folder;
+  WriteBytes(folder.File("in.wav"), Wav16(Noise16(44100), 44100, 2));
+  FileRegistry(folder.File("quillmere/registry"))
+      ->Write("SOFTWARE\\Quillmere\\AudioSettings\\Profiles\\Studio\\Players", "AudioRecordLocal", "-1");
+  std::string network = "\\" + folder.File("a.wav");
+  std::replace(network.begin(), network.end(), '/', '\\');
+  ProgramRun run(folder, {QM_PROGRAM, "record", network, "--device", "wav:in.wav", "--profile", "Studio"});
+  ASSERT_EQ(run.Status(), 0) << run.Err();
+  EXPECT_EQ(SoundOf(folder.File("a.wav")), SoundOf(folder.File("in.wav")));
 }
 
 // A sound server of the test's own, in whose monitor there is silence to record.
